@@ -1,0 +1,147 @@
+#include "app/cli/DRCommandHelp.h"
+
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct CommandHelp {
+    QString command;
+    QString text;
+};
+
+const QString& programHelp()
+{
+    static const QString kText = uR"(Moves the content of an iPhone backup onto an Android phone.
+
+Usage: phone-migrate <command> [options]
+
+Commands:
+  backups                      list the iPhone backups, usable or not, with the reason
+  inspect  [BACKUP]            load a backup: what it holds, counts and sizes per kind
+  phone                        describe the phone: storage, apps that it offers
+  transfer [BACKUP]            move content onto the phone
+  packet show FILE | expand FILE DIR | pack DIR FILE
+                               look into one app's data
+  sample DIR                   write a sample iPhone backup and phone to try
+  doctor                       check what a transfer needs
+
+Example: phone-migrate transfer --phone ~/phone --only contacts,photos --dry-run
+
+)"_s;
+    return kText;
+}
+
+const QString& commonOptions()
+{
+    static const QString kText = uR"(Options of all commands:
+  --backups DIR                where iPhone backups are ($PHONE_MIGRATE_BACKUPS)
+  --phone DIR                  a phone kept in a folder ($PHONE_MIGRATE_PHONE)
+  --music FILE                 the computer's music library, XML ($PHONE_MIGRATE_MUSIC)
+  --json                       data as JSON on the standard output
+  --quiet                      only errors
+  --verbose                    log lines, too
+  --progress MODE              auto, bar, lines or none
+  --no-color                   no escape codes
+  --log FILE                   append the log to a file
+  -h, --help                   this help; after a command, that command's
+  -V, --version                the version
+
+BACKUP is a number or device name as "phone-migrate backups" shows them, or a folder: one backup,
+or a folder of backups that holds one usable backup.
+
+Exit codes: 0 done, 1 internal error, 2 usage, 11 not enough space on the phone, 12 no backup found,
+13 encrypted backup, 14 iPhone system too old, 15 phone incompatible, 16 failed or refused, phone unchanged,
+17 failed, phone partly changed, 18 no phone, 19 backup's layout cannot be read, 20 done, but something was
+skipped, 130 interrupted.
+)"_s;
+    return kText;
+}
+
+const std::array<CommandHelp, 7>& commandHelps()
+{
+    static const std::array<CommandHelp, 7> kHelps{{
+        {u"backups"_s, uR"(Usage: phone-migrate backups [--backups DIR] [--json]
+
+Lists the iPhone backups in the backups folder, the newest first, usable or not, with the reason.
+
+Example: phone-migrate backups --backups ~/MobileSync/Backup
+
+)"_s},
+        {u"inspect"_s, uR"(Usage: phone-migrate inspect [BACKUP] [--json]
+
+Loads a backup and shows how much of each kind it holds. The backup is only read.
+
+Example: phone-migrate inspect 1
+
+)"_s},
+        {u"phone"_s, uR"(Usage: phone-migrate phone --phone DIR [--json]
+
+Describes the phone: name, Android version, storage, and the app packets that it offers.
+
+Example: phone-migrate phone --phone ~/phone
+
+)"_s},
+        {u"transfer"_s, uR"(Usage: phone-migrate transfer [BACKUP] --phone DIR [options]
+
+Moves content of a backup onto the phone. The phone's apps are backed up before, and that backup is kept.
+
+Options:
+  --only KINDS                 move only these kinds
+  --except KINDS               move all kinds but these
+  -n, --dry-run                only say what would be moved
+  -y, --yes                    start without asking
+  --again                      move what this phone got from this backup before, too: it will be there twice
+  --keep-work                  keep the working folder
+
+KINDS are separated by commas: contacts,messages,notes,calendar,bookmarks,photos,videos,music,voicememos.
+
+Example: phone-migrate transfer 1 --phone ~/phone --except videos --yes
+
+)"_s},
+        {u"packet"_s, uR"(Usage: phone-migrate packet show FILE
+       phone-migrate packet expand FILE DIR [--force]
+       phone-migrate packet pack DIR FILE
+
+Shows the files of an app packet, expands it into a folder, or packs the files below DIR/apps.
+A folder that is not empty is refused unless --force, which empties it.
+
+Example: phone-migrate packet show phone/packets/com.vornmobile.notes/fullbackupdata
+
+)"_s},
+        {u"sample"_s, uR"(Usage: phone-migrate sample DIR [--scale N]
+
+Writes a made-up iPhone backup to DIR/backups and a made-up phone to DIR/phone, N times the usual amount.
+
+Example: phone-migrate sample ~/try
+
+)"_s},
+        {u"doctor"_s, uR"(Usage: phone-migrate doctor [--backups DIR] [--phone DIR] [--json]
+
+Checks what a transfer needs and tells the fix for what is missing. Changes nothing. The exit code is that of
+the first missing thing, such as 12 without a backup and 18 without a phone.
+
+Example: phone-migrate doctor --phone ~/phone
+
+)"_s},
+    }};
+    return kHelps;
+}
+
+} // namespace
+
+QString DRCommandHelp::text(const QString& command)
+{
+    for (const CommandHelp& help : commandHelps()) {
+        if (help.command == command) {
+            return help.text + commonOptions();
+        }
+    }
+    return programHelp() + commonOptions();
+}
+
+QString DRCommandHelp::version()
+{
+    return u"phone-migrate "_s + QStringLiteral(MIGRATE_VERSION) + u'\n';
+}

@@ -1,0 +1,34 @@
+#include "app/cli/DRSampleCommand.h"
+
+#include "app/cli/DRJsonOutput.h"
+#include "app/cli/DRTerminal.h"
+#include "app/DRMigrateStartup.h"
+#include "app/sample/DRSample.h"
+#include "platform/core/DRLog.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+DRCommandOutcome DRSampleCommand::run()
+{
+    const QString directory = QFileInfo(line().arguments.front()).absoluteFilePath();
+    const auto tell = [this](int done, int total, const QString& part) {
+        terminal().say(u"[%1/%2] %3"_s.arg(done).arg(total).arg(part));
+    };
+    const DRSampleResult result = writeSample(directory, line().scale, startup().clock(), tell);
+    if (!result.isWritten) {
+        return {DRExitCode::InternalError, withoutControlCharacters(result.message),
+                u"name a new folder: phone-migrate sample DIR"_s};
+    }
+    if (line().json) {
+        terminal().data(DRJsonOutput::document(
+            {{u"version"_s, 1}, {u"backup"_s, result.backupFolder}, {u"phone"_s, result.phoneFolder}}));
+        return {};
+    }
+    const QString shown = withoutControlCharacters(directory);
+    terminal().data(
+        u"Backup: %1\nPhone: %2\nTry: phone-migrate transfer --backups '%3/backups' --phone '%3/phone' --dry-run\n"_s
+            .arg(withoutControlCharacters(result.backupFolder), withoutControlCharacters(result.phoneFolder), shown));
+    return {};
+}

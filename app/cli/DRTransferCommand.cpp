@@ -1,0 +1,242 @@
+#include "app/cli/DRTransferCommand.h"
+
+#include "app/cli/DRBackupChoice.h"
+#include "app/cli/DRBackupLoader.h"
+#include "app/cli/DRInterrupt.h"
+#include "app/cli/DRJsonOutput.h"
+#include "app/cli/DRKinds.h"
+#include "app/cli/DRPhoneChoice.h"
+#include "app/cli/DRTerminal.h"
+#include "app/cli/DRTransferReporter.h"
+#include "app/cli/DRTransferRun.h"
+#include "app/cli/DRTransferSummary.h"
+#include "app/DRMigrateStartup.h"
+#include "model/packet/DRMigrateAndroidBackupEntry.h"
+#include "model/packet/DRMigratePacketCodec.h"
+#include "platform/core/DRLog.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Ending = DRTransferRun::Result::Ending;
+
+DRCommandOutcome stopped()
+{
+    return {DRExitCode::Interrupted, u"Stopped, nothing was written to the phone."_s, {}};
+}
+
+DRCommandOutcome phoneGone()
+{
+    return {DRExitCode::NoPhone, u"The phone is no longer connected; nothing was written to it."_s,
+            u"connect it, then type the same again"_s};
+}
+
+/// Why a run did not reach its closing page.
+DRCommandOutcome notClosed(const DRTransferRun::Result& result, const DRDCDevice& phone, const DRTransferPlan& plan)
+{
+    if (result.ending == Ending::Interrupted) {
+        return stopped();
+    }
+    if (result.landedOn == u"phoneIncompatible") {
+        return DRPhoneChoice::compatibility(phone);
+    }
+    if (result.landedOn == u"memoryWarning") {
+        return {DRExitCode::NotEnoughSpace,
+                u"There is not enough space on the phone: %1 bytes are needed."_s.arg(plan.bytesNeeded),
+                u"delete files on the phone, or move less: --except photos,videos,music"_s};
+    }
+    return phoneGone();
+}
+
+} // namespace
+
+DRCommandOutcome DRTransferCommand::run()
+{
+    DRInterrupt interrupt;
+    const auto prepared = prepare(interrupt);
+    DRCommandOutcome outcome;
+    if (const auto* refusal = std::get_if<DRCommandOutcome>(&prepared)) {
+        outcome = *refusal;
+    }
+    if (const auto* ready = std::get_if<Prepared>(&prepared)) {
+        outcome = line().dryRun ? showPlan(*ready) : consent(*ready, interrupt);
+        if (!line().dryRun && outcome.code == DRExitCode::Done) {
+            outcome = move(*ready, interrupt);
+        }
+    }
+    if (line().json && !m_hasSummary) {
+        terminal().data(DRJsonOutput::line(DRTransferSummary::ofRefusal(outcome).json()));
+    }
+    return outcome;
+}
+
+DRResult<DRTransferCommand::Prepared> DRTransferCommand::prepare(DRInterrupt& interrupt)
+{
+    // A dry run leaves no trace, so its temporary files go elsewhere.
+    const DRMigrateServices& services = line().dryRun ? startup().scratchServices() : startup().services();
+    const auto choice = DRBackupChoice::choose(line().arguments.value(0), startup().backupsFolder(), services);
+    if (const auto* refusal = std::get_if<DRCommandOutcome>(&choice)) {
+        return *refusal;
+    }
+    const auto phoneChoice = DRPhoneChoice::open(startup());
+    if (const auto* refusal = std::get_if<DRCommandOutcome>(&phoneChoice)) {
+        return *refusal;
+    }
+    const auto& phone = std::get<DRDCDevicePointer>(phoneChoice);
+    if (auto refusal = DRPhoneChoice::compatibility(*phone); refusal.code != DRExitCode::Done) {
+        return refusal;
+    }
+    if (auto refusal = lockWorkingFolder(); refusal.code != DRExitCode::Done) {
+        return refusal;
+    }
+    const auto& backup = std::get<DRMigrateIPhoneBackupEntryPointer>(choice);
+    terminal().say(u"Reading %1 …"_s.arg(withoutControlCharacters(backup->backupPath())));
+    if (DRBackupLoader::load(*backup, interrupt) == DRBackupLoader::Ending::Interrupted) {
+        return stopped();
+    }
+    const auto ledger = DRTransferLedger::ofFile(ledgerPath());
+    return Prepared{backup, phone, DRTransferPlan::make(request(), *backup, phone, services, ledger)};
+}
+
+DRCommandOutcome DRTransferCommand::lockWorkingFolder()
+{
+    if (line().dryRun) {
+        return {};
+    }
+    const auto refusal = startup().lockWorkingFolder();
+    if (!refusal) {
+        return {};
+    }
+    return {DRExitCode::FailedPhoneUnchanged, refusal->message,
+            u"see what is wrong with the working folder: phone-migrate doctor"_s};
+}
+
+DRTransferPlan::Request DRTransferCommand::request() const
+{
+    if (!line().only.isEmpty()) {
+        return {.keys = DRKinds::fromText(line().only).keys, .isByName = true};
+    }
+    QStringList keys = DRKinds::allKeys();
+    if (!line().except.isEmpty()) {
+        const QStringList excluded = DRKinds::fromText(line().except).keys;
+        keys.removeIf([&excluded](const QString& key) { return excluded.contains(key); });
+    }
+    return {.keys = keys, .isByName = false};
+}
+
+DRTransferPlan::Repeats DRTransferCommand::repeats() const
+{
+    return line().again ? DRTransferPlan::Repeats::Allowed : DRTransferPlan::Repeats::Refused;
+}
+
+QString DRTransferCommand::ledgerPath() const
+{
+    return startup().folders().data + u"/transfers.json"_s;
+}
+
+DRCommandOutcome DRTransferCommand::consent(const Prepared& prepared, DRInterrupt& interrupt)
+{
+    DRCommandOutcome refusal = prepared.plan.refusal(repeats());
+    if (refusal.code != DRExitCode::Done || line().yes) {
+        return refusal;
+    }
+    if (!terminal().canAsk()) {
+        return {DRExitCode::Usage, u"Nobody can be asked here whether to start, because this is no terminal."_s,
+                u"add --yes to start without asking, or --dry-run to see what would be moved"_s};
+    }
+    terminal().ask(u"%1Move this from \"%2\" to %3? [y/N] "_s.arg(
+        prepared.plan.text(), withoutControlCharacters(prepared.backup->deviceName()),
+        withoutControlCharacters(prepared.phone->marketingName())));
+    const bool isWanted = interrupt.readsYes();
+    if (interrupt.hasCome()) {
+        terminal().ask(u"\n"_s);
+        return stopped();
+    }
+    return isWanted ? DRCommandOutcome{}
+                    : DRCommandOutcome{
+                          DRExitCode::FailedPhoneUnchanged, u"Not started, nothing was written to the phone."_s, {}};
+}
+
+DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& interrupt)
+{
+    auto ledger = DRTransferLedger::ofFile(ledgerPath());
+    bool isRecorded = true;
+    const auto record = [&](const QStringList& keys) {
+        isRecorded =
+            ledger.record(keys, *prepared.backup, prepared.phone->identifier(), startup().clock().now()) && isRecorded;
+    };
+    DRTransferReporter reporter(terminal(), line(), [&record](const QString& key) { record({key}); });
+    for (const QString& note : prepared.plan.notes()) {
+        reporter.warned(note);
+    }
+    const DRMGContext context = startup().context();
+    DRTransferRun run(context, reporter, interrupt);
+    const DRTransferRun::Result result = run.run(prepared.backup, prepared.phone, prepared.plan.keys());
+    if (result.ending != Ending::Closed) {
+        return notClosed(result, *prepared.phone, prepared.plan);
+    }
+    if (result.phoneEntry) {
+        record(DRTransferSummary::deliveredKeys(prepared.plan, *result.phoneEntry));
+    }
+    if (!isRecorded) {
+        reporter.warned(
+            u"This transfer could not be noted in %1: another one would double everything."_s.arg(ledgerPath()));
+    }
+    const auto summary = DRTransferSummary::make(prepared.plan, *prepared.backup, result);
+    if (result.errorState == 0) {
+        clearWorkingFolder();
+    }
+    showSummary(summary);
+    return summary.outcome;
+}
+
+DRCommandOutcome DRTransferCommand::showPlan(const Prepared& prepared)
+{
+    m_hasSummary = true;
+    const DRCommandOutcome refusal = prepared.plan.refusal(repeats());
+    const bool isRefused = refusal.code != DRExitCode::Done;
+    if (line().json) {
+        QJsonObject plan = prepared.plan.json();
+        plan.insert(u"type"_s, u"plan"_s);
+        plan.insert(u"refusal"_s, isRefused ? QJsonValue(QJsonObject{{u"code"_s, static_cast<int>(refusal.code)},
+                                                                     {u"message"_s, refusal.message}})
+                                            : QJsonValue(QJsonValue::Null));
+        terminal().data(DRJsonOutput::line(plan));
+        QJsonObject last = DRTransferSummary::ofRefusal({}).json();
+        last.insert(u"dryRun"_s, true);
+        terminal().data(DRJsonOutput::line(last));
+        return {};
+    }
+    terminal().data(prepared.plan.text());
+    terminal().data(isRefused ? u"A transfer would be refused: %1\nNext: %2\n"_s.arg(refusal.message, refusal.nextStep)
+                              : u"Nothing was changed. To move this, type the same without --dry-run.\n"_s);
+    return {};
+}
+
+void DRTransferCommand::showSummary(const DRTransferSummary& summary)
+{
+    m_hasSummary = true;
+    if (line().json) {
+        terminal().data(DRJsonOutput::line(summary.json()));
+        return;
+    }
+    if (!terminal().isQuiet() || summary.outcome.code != DRExitCode::Done) {
+        terminal().say(summary.outcome.code == DRExitCode::Done ? u"The transfer is complete."_s
+                                                                : u"The transfer has ended."_s);
+        terminal().data(summary.text());
+    }
+}
+
+void DRTransferCommand::clearWorkingFolder()
+{
+    const QString& temporary = startup().folders().temporary;
+    if (line().keepWork) {
+        terminal().say(u"The working folder was kept: "_s + DRMigrateUtils::pathToInflateFolder(temporary));
+        return;
+    }
+    if (!DRMigrateUtils::clearTempFolder(temporary)) {
+        terminal().say(u"Warning: the working folder %1 could not be emptied; it may hold private content."_s.arg(
+            DRMigrateUtils::pathToInflateFolder(temporary)));
+    }
+}

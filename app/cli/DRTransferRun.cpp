@@ -1,0 +1,153 @@
+#include "app/cli/DRTransferRun.h"
+
+#include "app/cli/DRExitCode.h"
+#include "app/cli/DRInterrupt.h"
+#include "model/backup_entry/DRMigrateServices.h"
+#include "model/packet/DRMigrateAndroidBackupEntry.h"
+#include "platform/device/DRBRBackupInfo.h"
+#include "platform/device/DRBRBackupRestoreController.h"
+#include "platform/device/DRDCNotifications.h"
+#include "wizard/steps/DRMGSequenceStepComplete.h"
+
+#include <QFileInfo>
+
+#include <cstdlib>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Ending = DRTransferRun::Result::Ending;
+using Phase = DRMGSequenceStepTransfer::Phase;
+
+const QString kTransferStep = u"transfer"_s;
+const QString kCompleteStep = u"complete"_s;
+
+} // namespace
+
+DRTransferRun::DRTransferRun(const DRMGContext& context, DRTransferObserver& observer, DRInterrupt& interrupt)
+    : m_context(context),
+      m_observer(observer),
+      m_interrupt(interrupt),
+      m_sequence(DRMGSequence::sequence(context)),
+      m_step(qobject_cast<DRMGSequenceStepTransfer*>(m_sequence->stepForKey(kTransferStep)))
+{
+}
+
+DRTransferRun::~DRTransferRun()
+{
+    m_interrupt.setHandler({});
+}
+
+DRTransferRun::Result DRTransferRun::run(const DRMigrateIPhoneBackupEntryPointer& backup,
+                                         const DRDCDevicePointer& phone,
+                                         const QStringList& keys)
+{
+    m_sequence->parameters().setValue(DRMGSequence::kIPhoneBackupEntry, backup);
+    m_sequence->parameters().setValue(DRMGSequence::kSelectedTypes, keys);
+    observeStep();
+    m_sequence->gotoTransferWithDevice(phone, backup->bytesNeededForSelectedTypes(keys));
+
+    const DRSequenceStep* landedOn = m_sequence->currentStep();
+    m_result.landedOn = landedOn == nullptr ? QString() : landedOn->key();
+    if (m_result.landedOn == kTransferStep && m_step->progressPhase() == Phase::NotStarted) {
+        m_result.ending = Ending::PhoneGone;
+        return m_result;
+    }
+    if (m_result.landedOn == kTransferStep) {
+        m_interrupt.setHandler([this] { onInterrupt(); });
+        m_loop.exec();
+        fillFromParameters();
+        return m_result;
+    }
+    if (m_result.landedOn == kCompleteStep) {
+        fillFromParameters();
+    }
+    return m_result;
+}
+
+void DRTransferRun::observeStep()
+{
+    QObject::connect(m_step, &DRMGSequenceStepTransfer::progressPhaseChanged, &m_loop,
+                     [this] { m_observer.phaseChanged(m_step->progressPhase()); });
+    QObject::connect(m_step, &DRMGSequenceStepTransfer::progressChanged, &m_loop,
+                     [this] { m_observer.progressed(m_step->progressFraction(), m_step->secondsRemaining()); });
+    QObject::connect(m_step, &DRMGSequenceStepTransfer::restoreWillBegin, &m_loop, [this] { tellWarnings(); });
+    QObject::connect(m_sequence.get(), &DRSequence::currentStepChanged, &m_loop, [this] {
+        const DRSequenceStep* step = m_sequence->currentStep();
+        if (step != nullptr && step->key() == kCompleteStep) {
+            m_result.ending = Ending::Closed;
+            m_loop.quit();
+        }
+    });
+    // At once, not at the end: what is on the phone must be known even if this process dies in the middle.
+    m_restoredPackets = m_context.services.notificationCenter.observe(
+        DRDCNotifications::kDidFinishRestorePacket, [this](const DRNotification& notification) {
+            const QString packetID = notification.userInfo.value(DRDCNotifications::kBackupPacketKey).toString();
+            m_observer.delivered(DRBRBackupRestoreController::dataTypeOfPacket(packetID));
+        });
+}
+
+void DRTransferRun::tellWarnings()
+{
+    const auto entry = phoneEntry();
+    if (!entry || m_hasBeenWarned) {
+        return;
+    }
+    m_hasBeenWarned = true;
+    QStringList told;
+    for (const QString& key : entry->dataTypeKeys()) {
+        told += entry->dataTypeForKey(key)->report().warnings;
+    }
+    told.removeDuplicates();
+    for (const QString& warning : told) {
+        m_observer.warned(warning);
+    }
+}
+
+void DRTransferRun::onInterrupt()
+{
+    if (m_step->progressPhase() < Phase::Restore) {
+        m_result.ending = Ending::Interrupted;
+        m_sequence->cancel();
+        m_loop.quit();
+        return;
+    }
+    if (!m_hasBeenInterrupted) {
+        m_hasBeenInterrupted = true;
+        m_observer.interruptedWhileWriting();
+        return;
+    }
+    m_observer.willBeAbandoned(phoneBackupPath());
+    std::_Exit(static_cast<int>(DRExitCode::Interrupted));
+}
+
+std::shared_ptr<DRMigrateAndroidBackupEntry> DRTransferRun::phoneEntry() const
+{
+    return m_sequence->parameters().value<std::shared_ptr<DRMigrateAndroidBackupEntry>>(
+        DRMGSequence::kAndroidBackupEntry);
+}
+
+QString DRTransferRun::phoneBackupPath() const
+{
+    const auto entry = phoneEntry();
+    if (entry && !entry->backupPath().isEmpty()) {
+        return entry->backupPath();
+    }
+    const auto info = m_sequence->parameters().value<std::shared_ptr<DRBRBackupInfo>>(DRMGSequence::kBackupInfo);
+    const QString path = info ? info->targetPath() : QString();
+    return QFileInfo(path).isDir() ? path : QString();
+}
+
+void DRTransferRun::fillFromParameters()
+{
+    m_result.errorCode = m_step->errorCode();
+    m_result.errorDetails = m_step->errorDetails();
+    m_result.skippedPackets = m_step->skippedPackets();
+    m_result.phoneEntry = phoneEntry();
+    m_result.phoneBackupPath = phoneBackupPath();
+    m_result.phoneBackupName = m_sequence->parameters().value<QString>(DRMGSequence::kBackupName);
+    if (const auto* complete = qobject_cast<DRMGSequenceStepComplete*>(m_sequence->stepForKey(kCompleteStep))) {
+        m_result.errorState = static_cast<int>(complete->errorState());
+    }
+}

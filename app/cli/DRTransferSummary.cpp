@@ -1,0 +1,224 @@
+#include "app/cli/DRTransferSummary.h"
+
+#include "app/cli/DRJsonOutput.h"
+#include "app/cli/DRKinds.h"
+#include "app/cli/DRTextTable.h"
+#include "model/packet/DRMigrateAndroidBackupEntry.h"
+#include "platform/core/DRLog.h"
+#include "platform/device/DRBRBackupRestoreController.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Kind = DRTransferSummary::Kind;
+
+bool isDelivered(qint64 flags)
+{
+    return (flags & DRMigrateDataType::kDRMigrateDataTypeFlagRestored) != 0;
+}
+
+void addSkipped(Kind& kind, const DRMigrateSkippedItem& item)
+{
+    // What the reader left out may stand in the writer's report, too.
+    if (std::ranges::find(kind.skipped, item) == kind.skipped.end()) {
+        kind.skipped.push_back(item);
+    }
+}
+
+Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneSide)
+{
+    const DRMigrateReport report = phoneSide.report();
+    Kind kind{.flags = phoneSide.flags(),
+              .found = report.found,
+              .written = isDelivered(phoneSide.flags()) ? report.written : 0,
+              .skipped = report.skipped,
+              .note = {}};
+    if (iPhoneSide != nullptr) {
+        const DRMigrateReport source = iPhoneSide->report();
+        std::ranges::for_each(source.skipped, [&kind](const auto& item) { addSkipped(kind, item); });
+    }
+    return kind;
+}
+
+void addPhoneEntry(DRTransferSummary& summary,
+                   const DRMigrateBackupEntry& phoneEntry,
+                   const DRMigrateIPhoneBackupEntry& backup)
+{
+    for (const QString& key : phoneEntry.dataTypeKeys()) {
+        const auto phoneSide = phoneEntry.dataTypeForKey(key);
+        const auto iPhoneSide = backup.dataTypeForKey(phoneSide->sourceKey());
+        summary.kinds[key] = kindOf(*phoneSide, iPhoneSide.get());
+    }
+}
+
+void addUnmoved(DRTransferSummary& summary, const DRTransferPlan& plan)
+{
+    for (const DRTransferPlan::Unmoved& unmoved : plan.unmoved) {
+        Kind& kind = summary.kinds[unmoved.key];
+        if (unmoved.weight == DRTransferPlan::Unmoved::Weight::NotInBackup) {
+            kind.note = unmoved.why;
+            continue;
+        }
+        addSkipped(kind, {DRKinds::nameOfKey(unmoved.key), unmoved.why});
+    }
+}
+
+void addSkippedPackets(DRTransferSummary& summary, const DRTransferRun::Result& result)
+{
+    for (const DRDCPacketProblem& packet : result.skippedPackets) {
+        addSkipped(summary.kinds[packet.packetID], {packet.packetID, packet.reason});
+    }
+    if (!result.phoneEntry || result.errorState != 0) {
+        return;
+    }
+    for (const QString& key : result.phoneEntry->dataTypeKeys()) {
+        Kind& kind = summary.kinds[key];
+        if (!isDelivered(kind.flags) && kind.skipped.empty()) {
+            addSkipped(kind, {key, u"it was not written to the phone"_s});
+        }
+    }
+}
+
+DRCommandOutcome failure(const DRTransferRun::Result& result)
+{
+    static constexpr int kPhonePartlyChanged = 2;
+    QString details = withoutControlCharacters(result.errorDetails.join(u"; "));
+    if (details.isEmpty() && result.errorCode == DRMGSequenceStepTransfer::kErrorPhoneGone) {
+        details = u"the phone is no longer connected"_s;
+    }
+    const QString why = details.isEmpty() ? u"."_s : u": "_s + details + u'.';
+    if (result.errorState != kPhonePartlyChanged) {
+        return {DRExitCode::FailedPhoneUnchanged, u"The transfer failed, nothing was written to the phone"_s + why,
+                u"check that the phone is connected, then type the same again; with --verbose it tells more"_s};
+    }
+    return {DRExitCode::FailedPhoneChanged,
+            u"The transfer failed while the phone was written, which holds a part now"_s + why,
+            u"put the phone's apps back as they were from the phone's backup named above, before you try again"_s};
+}
+
+DRCommandOutcome outcomeOf(const DRTransferSummary& summary, const DRTransferRun::Result& result)
+{
+    if (result.errorState != 0) {
+        return failure(result);
+    }
+    const auto hasSkips = [](const auto& entry) { return !entry.second.skipped.empty(); };
+    return {.code = std::ranges::any_of(summary.kinds, hasSkips) ? DRExitCode::DoneWithSkips : DRExitCode::Done,
+            .message = {},
+            .nextStep = {}};
+}
+
+QJsonObject jsonOf(const Kind& kind)
+{
+    QJsonArray skipped;
+    for (const DRMigrateSkippedItem& item : kind.skipped) {
+        skipped << QJsonObject{{u"what"_s, item.what}, {u"why"_s, item.why}};
+    }
+    QJsonObject object{
+        {u"flags"_s, kind.flags}, {u"found"_s, kind.found}, {u"written"_s, kind.written}, {u"skipped"_s, skipped}};
+    if (!kind.note.isEmpty()) {
+        object.insert(u"note"_s, kind.note);
+    }
+    return object;
+}
+
+/// "notes (com.vornmobile.notes)" for a packet, "photos" for a kind.
+QString titleOf(const QString& key)
+{
+    const QString kind = DRBRBackupRestoreController::dataTypeOfPacket(key);
+    return kind.isEmpty() ? DRKinds::nameOfKey(key) : u"%1 (%2)"_s.arg(DRKinds::nameOfKey(kind), key);
+}
+
+QString stateText(const Kind& kind)
+{
+    if (!kind.note.isEmpty()) {
+        return kind.note;
+    }
+    return isDelivered(kind.flags) ? u"moved"_s : u"not moved"_s;
+}
+
+} // namespace
+
+DRTransferSummary DRTransferSummary::make(const DRTransferPlan& plan,
+                                          const DRMigrateIPhoneBackupEntry& backup,
+                                          const DRTransferRun::Result& result)
+{
+    DRTransferSummary summary;
+    summary.errorState = result.errorState;
+    summary.errorCode = result.errorCode;
+    summary.phoneBackupName = result.phoneBackupName;
+    summary.phoneBackupPath = result.phoneBackupPath;
+    if (result.phoneEntry) {
+        addPhoneEntry(summary, *result.phoneEntry, backup);
+    }
+    addUnmoved(summary, plan);
+    addSkippedPackets(summary, result);
+    summary.outcome = outcomeOf(summary, result);
+    return summary;
+}
+
+DRTransferSummary DRTransferSummary::ofRefusal(const DRCommandOutcome& outcome)
+{
+    DRTransferSummary summary;
+    summary.outcome = outcome;
+    return summary;
+}
+
+QStringList DRTransferSummary::deliveredKeys(const DRTransferPlan& plan, const DRMigrateAndroidBackupEntry& phoneEntry)
+{
+    QStringList delivered;
+    for (const QString& key : phoneEntry.dataTypeKeys()) {
+        const auto dataType = phoneEntry.dataTypeForKey(key);
+        if (isDelivered(dataType->flags())) {
+            delivered << dataType->sourceKey();
+        }
+    }
+    QStringList keys = plan.keys();
+    keys.removeIf([&delivered](const QString& key) { return !delivered.contains(DRKinds::dataTypeKeyOf(key)); });
+    return keys;
+}
+
+QString DRTransferSummary::text() const
+{
+    DRTextTable table({u"Kind"_s, u"Found"_s, u"Moved"_s, u"Skipped"_s, u"Outcome"_s});
+    QString skips;
+    for (const auto& [key, kind] : kinds) {
+        const QString name = titleOf(key);
+        table.add({name, QString::number(kind.found), QString::number(kind.written),
+                   QString::number(kind.skipped.size()), stateText(kind)});
+        for (const DRMigrateSkippedItem& item : kind.skipped) {
+            skips += u"Skipped (%1): %2: %3\n"_s.arg(name, withoutControlCharacters(item.what),
+                                                     withoutControlCharacters(item.why));
+        }
+    }
+    const QString backup = phoneBackupPath.isEmpty() ? QString()
+                                                     : u"The phone's apps as they were before: \"%1\"\n  in %2\n"_s.arg(
+                                                           phoneBackupName, withoutControlCharacters(phoneBackupPath));
+    return (kinds.empty() ? QString() : table.text()) + skips + backup;
+}
+
+QJsonObject DRTransferSummary::json() const
+{
+    QJsonObject kindObjects;
+    for (const auto& [key, kind] : kinds) {
+        kindObjects.insert(key, jsonOf(kind));
+    }
+    const bool isDone = outcome.code == DRExitCode::Done || outcome.code == DRExitCode::DoneWithSkips;
+    const QJsonValue backup = phoneBackupPath.isEmpty()
+                                  ? QJsonValue(QJsonValue::Null)
+                                  : QJsonValue(QJsonObject{{u"name"_s, phoneBackupName}, {u"path"_s, phoneBackupPath}});
+    return {
+        {u"type"_s, isDone ? u"summary"_s : u"error"_s},
+        {u"code"_s, static_cast<int>(outcome.code)},
+        {u"errorState"_s, errorState},
+        {u"errorCode"_s, errorCode},
+        {u"kinds"_s, kindObjects},
+        {u"phoneBackup"_s, backup},
+        {u"message"_s, DRJsonOutput::text(outcome.message)},
+        {u"nextStep"_s, DRJsonOutput::text(outcome.nextStep)},
+    };
+}

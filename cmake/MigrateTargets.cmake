@@ -1,0 +1,45 @@
+# One place for how everything here is compiled: every library, program and test links migrate_common.
+add_library(migrate_common INTERFACE)
+target_include_directories(migrate_common INTERFACE "${PROJECT_SOURCE_DIR}")
+target_compile_features(migrate_common INTERFACE cxx_std_20)
+target_compile_options(migrate_common INTERFACE
+    -fno-exceptions
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference
+    # Records are built with designated initialisers; what is left out has its default.
+    -Wno-missing-field-initializers
+    $<$<CXX_COMPILER_ID:GNU>:-Wduplicated-cond -Wduplicated-branches -Wlogical-op -Wuseless-cast>
+    $<$<BOOL:${MIGRATE_WERROR}>:-Werror>)
+target_compile_definitions(migrate_common INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING QT_NO_KEYWORDS
+    QT_STRICT_ITERATORS QT_NO_FOREACH QT_DISABLE_DEPRECATED_BEFORE=0x060400
+    MIGRATE_VERSION="${PROJECT_VERSION}")
+target_link_libraries(migrate_common INTERFACE Qt6::Core)
+
+if(MIGRATE_SANITIZE)
+    target_compile_options(migrate_common INTERFACE -fsanitize=${MIGRATE_SANITIZE} -fno-omit-frame-pointer
+                                                    -fno-sanitize-recover=all)
+    target_link_options(migrate_common INTERFACE -fsanitize=${MIGRATE_SANITIZE})
+endif()
+
+# migrate_add_library(name SOURCES ... LINKS ...): one static library of a layer or of a part of it.
+function(migrate_add_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC migrate_common ${ARG_LINKS})
+endfunction()
+
+# migrate_add_test(name SOURCES ... LINKS ...): one Qt Test program, run in an odd time zone and without a display, its
+# user folders in the build tree.
+function(migrate_add_test name)
+    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS" ${ARGN})
+    if(NOT ARG_TIMEOUT)
+        set(ARG_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE migrate_test_support ${ARG_LINKS} Qt6::Test)
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        TIMEOUT ${ARG_TIMEOUT}
+        ENVIRONMENT "TZ=Asia/Kathmandu;QT_QPA_PLATFORM=offscreen;XDG_DATA_HOME=${CMAKE_BINARY_DIR}/home/${name}/data;XDG_CACHE_HOME=${CMAKE_BINARY_DIR}/home/${name}/cache;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/home/${name}/state;TSAN_OPTIONS=ignore_noninstrumented_modules=1")
+endfunction()

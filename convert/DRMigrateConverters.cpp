@@ -1,0 +1,33 @@
+#include "convert/DRMigrateConverters.h"
+
+#include "convert/media/DRMigrateAndroidMusic.h"
+#include "convert/media/DRMigrateAndroidPhotos.h"
+#include "convert/media/DRMigrateAndroidVoiceMemos.h"
+#include "convert/media/DRVideoCleaner.h"
+#include "convert/notes/DRMigrateAndroidNotes.h"
+#include "convert/notes/DRMigrateIPhoneNotes.h"
+#include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "model/backup_entry/DRMigrateDataTypeRegistry.h"
+
+namespace {
+
+template <typename T> std::shared_ptr<DRMigrateDataType> make(const DRMigrateServices& services)
+{
+    return std::make_shared<T>(services);
+}
+
+} // namespace
+
+void registerMigrateConverters(DRMigrateDataTypeRegistry& registry)
+{
+    using namespace DRMigrateKeys;
+
+    registry.registerIPhoneType(kNotes, make<DRMigrateIPhoneNotes>);
+    registry.registerPacketType(kNotesPacket, make<DRMigrateAndroidNotes>);
+
+    registry.registerMediaType(kMusic, make<DRMigrateAndroidMusic>);
+    registry.registerMediaType(kVoiceMemos, make<DRMigrateAndroidVoiceMemos>);
+    registry.registerMediaType(kImages, [](const DRMigrateServices& services) -> std::shared_ptr<DRMigrateDataType> {
+        return std::make_shared<DRMigrateAndroidPhotos>(services, nullptr);
+    });
+}

@@ -1,0 +1,36 @@
+#include "convert/media/DRMigrateAndroidMusic.h"
+
+#include "platform/device/DRDCFilesystem.h"
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+bool DRMigrateAndroidMusic::load()
+{
+    return true;
+}
+
+bool DRMigrateAndroidMusic::mergeDataFrom(const DRMigrateDataType& source)
+{
+    takeEntriesFrom(source);
+    return true;
+}
+
+bool DRMigrateAndroidMusic::save()
+{
+    return true;
+}
+
+std::vector<DRDCFilePointer> DRMigrateAndroidMusic::entriesToTransfer() const
+{
+    return filesOf(*entries());
+}
+
+void DRMigrateAndroidMusic::transferFilesWithTarget(TransferHandler handler)
+{
+    DRMigrateMediaDataType::transferFilesWithTarget(std::move(handler));
+    copyEntries(u"kDRMigrateDeviceTaskID_Music"_s, [](DRDCFile& file, const DRDCFilesystem& filesystem) {
+        file.setMetadata(filesystem.defaultPathForFile(file), QLatin1StringView(DRDCFile::kTargetPath));
+    });
+}

@@ -1,0 +1,106 @@
+#include "convert/notes/DRMigrateAndroidNotes.h"
+
+#include "convert/notes/DRImportedNote.h"
+#include "convert/notes/DRNotesTemplate.h"
+#include "model/backup_entry/DRMigrateServices.h"
+#include "platform/core/DRLog.h"
+#include "platform/sqlite/DRDatabase.h"
+#include "platform/sqlite/DRTransaction.h"
+
+#include <QFileInfo>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// How a note is called in the summary.
+QString nameOf(const DRImportedNote& note)
+{
+    constexpr qsizetype kLongestName = 40;
+    const QString title = note.title.simplified();
+    return title.isEmpty() ? u"A note without a title"_s : u"Note “%1”"_s.arg(title.left(kLongestName));
+}
+
+bool hasNotesTable(const QString& path)
+{
+    auto database = DRDatabase::open(path, DRDatabase::Profile::Phone);
+    return database && database->executeQuery(u"SELECT * FROM sqlite_master WHERE name='notes'"_s).next();
+}
+
+} // namespace
+
+bool DRMigrateAndroidNotes::load()
+{
+    setEntries(DREntryList());
+    if (!expandPacket()) {
+        return false;
+    }
+    if (!checkForManifest()) {
+        DRMigrateReport outcome;
+        outcome.skipped.push_back(
+            {.what = u"The notes app"_s,
+             .why = u"its packet from the phone has no manifest, so the phone will not take it back"_s});
+        setReport(std::move(outcome));
+    }
+    return true;
+}
+
+bool DRMigrateAndroidNotes::mergeDataFrom(const DRMigrateDataType& source)
+{
+    const DREntries entries = source.entries();
+    const auto notes = recordsOf<DRImportedNote>(*entries);
+    DRMigrateReport outcome = report();
+    outcome.found = static_cast<qint64>(notes.size());
+
+    const QString path = pathInApp(u"db/note.db"_s);
+    bool isMerged = prepareDatabase(path, outcome);
+    if (isMerged) {
+        auto database = DRDatabase::open(path, DRDatabase::Profile::Phone);
+        isMerged = database && insertNotes(*database, notes, outcome);
+    }
+    setReport(std::move(outcome));
+    return isMerged;
+}
+
+bool DRMigrateAndroidNotes::prepareDatabase(const QString& path, DRMigrateReport& outcome) const
+{
+    if (hasNotesTable(path)) {
+        return true;
+    }
+    if (QFileInfo::exists(path)) {
+        outcome.warnings.append(u"The notes on the phone cannot be read and are replaced by the new ones; the phone's "
+                                "backup keeps them"_s);
+    }
+    return writeEmptyNotesDatabase(path);
+}
+
+bool DRMigrateAndroidNotes::insertNotes(DRDatabase& database,
+                                        const std::vector<const DRImportedNote*>& notes,
+                                        DRMigrateReport& outcome) const
+{
+    DRTransaction transaction(database);
+    for (const DRImportedNote* note : notes) {
+        if (note->insertNoteIntoAndroidDatabase(database, services().clock)) {
+            ++outcome.written;
+            continue;
+        }
+        outcome.skipped.push_back({.what = nameOf(*note), .why = database.lastErrorMessage()});
+        if (!transaction.isOpen()) {
+            break;
+        }
+    }
+    if (!transaction.commit()) {
+        outcome.written = 0;
+        outcome.skipped.push_back({.what = u"All notes"_s, .why = u"they could not be written to the disk"_s});
+        qCWarning(lcMigrate, "The notes could not be written: %ls", qUtf16Printable(database.lastErrorMessage()));
+        return false;
+    }
+    return true;
+}
+
+bool DRMigrateAndroidNotes::save()
+{
+    return packPacket();
+}

@@ -1,0 +1,197 @@
+#include "model/backup_entry/DRMigrateDataType.h"
+
+#include "model/backup_entry/DRMigrateServices.h"
+#include "model/packet/DRMigratePacketCodec.h"
+#include "model/packet/DRPacketProblem.h"
+#include "platform/core/DRFiles.h"
+#include "platform/core/DRTaskQueue.h"
+
+#include <QDirIterator>
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// What a packet counts for in the progress: 4 MiB, whatever its size.
+constexpr quint64 kPacketWeightBytes = 4194304;
+
+constexpr auto kPacketFileName = "fullbackupdata"_L1;
+
+QString leftOutWarning(qsizetype count, const QString& firstName)
+{
+    return u"%1 of the app's own files, such as “%2”, cannot be put into a packet because the name begins with a dot"_s
+        .arg(count)
+        .arg(firstName);
+}
+
+} // namespace
+
+DRMigrateDataType::DRMigrateDataType(const DRMigrateServices& services)
+    : m_services(services), m_entries(std::make_shared<const DREntryList>())
+{
+}
+
+DRMigrateDataType::~DRMigrateDataType() = default;
+
+bool DRMigrateDataType::load()
+{
+    return false;
+}
+
+bool DRMigrateDataType::mergeDataFrom(const DRMigrateDataType& source)
+{
+    DREntryList merged = *entries();
+    const DREntries added = source.entries();
+    merged.insert(merged.end(), added->begin(), added->end());
+    setEntries(std::move(merged));
+    return true;
+}
+
+bool DRMigrateDataType::save()
+{
+    return false;
+}
+
+void DRMigrateDataType::loadWithHandler(Handler handler)
+{
+    runStep([this] { return load(); }, kDRMigrateDataTypeFlagLoaded, std::move(handler));
+}
+
+void DRMigrateDataType::mergeDataFromWithHandler(const std::shared_ptr<const DRMigrateDataType>& source,
+                                                 Handler handler)
+{
+    runStep([this, source] { return mergeDataFrom(*source); }, kDRMigrateDataTypeFlagMerged, std::move(handler));
+}
+
+void DRMigrateDataType::saveWithHandler(Handler handler)
+{
+    runStep([this] { return save(); }, kDRMigrateDataTypeFlagSaved, std::move(handler));
+}
+
+void DRMigrateDataType::runStep(std::function<bool()> step, qint64 successFlag, Handler handler)
+{
+    DRTaskQueue& queue = m_services.taskQueue;
+    queue.runInBackground([self = shared_from_this(), &queue, step = std::move(step), successFlag,
+                           handler = std::move(handler)]() mutable {
+        const bool success = step();
+        // The step goes along, so that what it holds is let go on the main thread.
+        queue.runOnMainThread(
+            [self = std::move(self), step = std::move(step), success, successFlag, handler = std::move(handler)] {
+                self->setFlags(success ? self->flags() | successFlag : kDRMigrateDataTypeFlagError);
+                handler(self, success);
+            });
+    });
+}
+
+quint64 DRMigrateDataType::bytesToTransfer() const
+{
+    return kPacketWeightBytes;
+}
+
+quint64 DRMigrateDataType::bytesTransferred() const
+{
+    const quint64 half = bytesToTransfer() / 2;
+    const quint64 fetched = (m_flags & kDRMigrateDataTypeFlagBackedUp) != 0 ? half : 0;
+    const quint64 restored = (m_flags & kDRMigrateDataTypeFlagRestored) != 0 ? half : 0;
+    return fetched + restored;
+}
+
+QStringList DRMigrateDataType::filesInAppsFolder() const
+{
+    const QString packetFolder = m_targetPath + u'/' + m_packetID + u'/';
+    QStringList files;
+    QDirIterator iterator(packetFolder + u"apps"_s, QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                          QDirIterator::Subdirectories);
+    while (iterator.hasNext()) {
+        const QString path = iterator.next();
+        if (DRFiles::isRegularFile(path)) {
+            files.append(path.mid(packetFolder.size()));
+        }
+    }
+    return files;
+}
+
+bool DRMigrateDataType::checkForManifest()
+{
+    const bool hasManifest =
+        !m_targetPath.isEmpty() && !m_packetID.isEmpty() && QFile::exists(pathInApp(u"_manifest"_s));
+    m_manifestMissing = !hasManifest;
+    return hasManifest;
+}
+
+DREntries DRMigrateDataType::entries() const
+{
+    const std::scoped_lock lock(m_valuesMutex);
+    return m_entries;
+}
+
+void DRMigrateDataType::setEntries(DREntries entries)
+{
+    const std::scoped_lock lock(m_valuesMutex);
+    m_entries = entries ? std::move(entries) : std::make_shared<const DREntryList>();
+}
+
+void DRMigrateDataType::setEntries(DREntryList entries)
+{
+    setEntries(std::make_shared<const DREntryList>(std::move(entries)));
+}
+
+DRMigrateReport DRMigrateDataType::report() const
+{
+    const std::scoped_lock lock(m_valuesMutex);
+    return m_report;
+}
+
+void DRMigrateDataType::setReport(DRMigrateReport report)
+{
+    const std::scoped_lock lock(m_valuesMutex);
+    m_report = std::move(report);
+}
+
+bool DRMigrateDataType::expandPacket()
+{
+    if (m_sourcePath.isEmpty() || m_targetPath.isEmpty() || m_packetID.isEmpty()) {
+        return false;
+    }
+    const QString packet = m_sourcePath + u'/' + m_packetID + u'/' + kPacketFileName;
+    if (DRMigrateUtils::expandAndroidBackupPacket(packet, m_targetPath + u'/' + m_packetID)) {
+        return true;
+    }
+    DRMigrateReport changed = report();
+    changed.skipped.push_back({.what = u"The phone's packet "_s + m_packetID, .why = packetProblem(packet)});
+    setReport(std::move(changed));
+    return false;
+}
+
+bool DRMigrateDataType::packPacket()
+{
+    if (m_targetPath.isEmpty() || m_packetID.isEmpty()) {
+        return false;
+    }
+    const QString folder = m_targetPath + u'/' + m_packetID;
+    const QStringList files = filesInAppsFolder();
+    QStringList leftOut;
+    std::ranges::copy_if(files, std::back_inserter(leftOut), DRMigrateUtils::isLeftOutOfPackets);
+    if (!leftOut.isEmpty()) {
+        DRMigrateReport changed = report();
+        changed.warnings.append(leftOutWarning(leftOut.size(), leftOut.constFirst()));
+        setReport(std::move(changed));
+    }
+    if (DRMigrateUtils::compressAndroidBackupPacket(folder, files, folder + u'/' + kPacketFileName)) {
+        return true;
+    }
+    DRMigrateReport changed = report();
+    changed.skipped.push_back({.what = u"The phone's packet "_s + m_packetID,
+                               .why = u"it cannot be packed again; is the disk of this computer full?"_s});
+    setReport(std::move(changed));
+    return false;
+}
+
+QString DRMigrateDataType::pathInApp(const QString& relativePath) const
+{
+    return u"%1/%2/apps/%2/"_s.arg(m_targetPath, m_packetID) + relativePath;
+}

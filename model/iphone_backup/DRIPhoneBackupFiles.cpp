@@ -1,0 +1,77 @@
+#include "model/iphone_backup/DRIPhoneBackupFiles.h"
+
+#include "platform/core/DRDigest.h"
+#include "platform/core/DRFiles.h"
+#include "platform/core/DRPrivateFolder.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace DRIPhoneBackupFiles {
+
+namespace {
+
+using Profile = DRDatabase::Profile;
+
+/// Copies the database and its log to a private folder under names that belong together and opens the copy there.
+std::optional<OpenDatabase> openCopyWithLog(const QString& database, const QString& log, const QString& temporaryFolder)
+{
+    if (!DRPrivateFolder::make(temporaryFolder)) {
+        return std::nullopt;
+    }
+    auto folder = std::make_shared<QTemporaryDir>(temporaryFolder + u"/source-XXXXXX"_s);
+    const QString copy = folder->filePath(u"copy.sqlite"_s);
+    if (!folder->isValid() || !DRFiles::copyToNewFile(database, copy) ||
+        !DRFiles::copyToNewFile(log, copy + u"-wal"_s)) {
+        return std::nullopt;
+    }
+    auto opened = DRDatabase::open(copy, Profile::SourceCopy);
+    return opened ? std::optional<OpenDatabase>(std::in_place, *std::move(opened), std::move(folder)) : std::nullopt;
+}
+
+} // namespace
+
+Layout layoutOfBackup(const QString& backupPath)
+{
+    if (QFileInfo::exists(backupPath + u"/Manifest.mbdb"_s)) {
+        return Layout::HashedNames;
+    }
+    return QFileInfo::exists(backupPath + u"/Manifest.db"_s) ? Layout::Database : Layout::Unknown;
+}
+
+QString pathOfBackedUpFile(const QString& backupPath, const QString& domainPath)
+{
+    // The backup's folder itself may be reached through links that its owner made; nothing inside it may be one.
+    const QString folder = QFileInfo(backupPath).canonicalFilePath();
+    if (folder.isEmpty() || layoutOfBackup(folder) == Layout::Database) {
+        return {};
+    }
+    const QString path = folder + u'/' + sha1HexString(domainPath);
+    return DRFiles::isRegularFile(path) ? path : QString();
+}
+
+OpenDatabase::OpenDatabase(DRDatabase database, std::shared_ptr<void> privateCopy)
+    : m_privateCopy(std::move(privateCopy)), m_database(std::move(database))
+{
+}
+
+std::optional<OpenDatabase>
+openBackedUpDatabase(const QString& backupPath, const QString& domainPath, const QString& temporaryFolder)
+{
+    const QString path = pathOfBackedUpFile(backupPath, domainPath);
+    if (path.isEmpty()) {
+        return std::nullopt;
+    }
+    const QString log = pathOfBackedUpFile(backupPath, domainPath + u"-wal"_s);
+    if (!log.isEmpty() && QFileInfo(log).size() > 0) {
+        return openCopyWithLog(path, log, temporaryFolder);
+    }
+    auto opened = DRDatabase::open(path, Profile::Source);
+    return opened ? std::optional<OpenDatabase>(std::in_place, *std::move(opened), nullptr) : std::nullopt;
+}
+
+} // namespace DRIPhoneBackupFiles

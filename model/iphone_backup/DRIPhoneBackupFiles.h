@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include <QString>
+
+#include "platform/sqlite/DRDatabase.h"
+
+/// Where the files of an iPhone backup lie. Everything that reads a backed-up file asks here, so that another backup
+/// layout is one more answer in this place.
+namespace DRIPhoneBackupFiles {
+
+/// How a backup keeps its files.
+enum class Layout {
+    HashedNames, ///< "Manifest.mbdb", files directly in the folder under the SHA-1 of domain and path
+    Database,    ///< "Manifest.db", files in subfolders: newer systems; not read by this program
+    Unknown,     ///< neither: files are looked for as in HashedNames
+};
+
+[[nodiscard]] Layout layoutOfBackup(const QString& backupPath);
+
+/// The readable file that holds `domainPath`, a domain and relative path joined by "-" such as
+/// "HomeDomain-Library/Notes/notes.sqlite". Empty when the backup does not hold it as a regular file.
+[[nodiscard]] QString pathOfBackedUpFile(const QString& backupPath, const QString& domainPath);
+
+/// A backed-up database, open for reading, and what must live as long.
+class OpenDatabase {
+public:
+    [[nodiscard]] DRDatabase& operator*() { return m_database; }
+    [[nodiscard]] DRDatabase* operator->() { return &m_database; }
+
+    OpenDatabase(DRDatabase database, std::shared_ptr<void> privateCopy);
+
+private:
+    std::shared_ptr<void> m_privateCopy; ///< removes the private copy, after the database is closed
+    DRDatabase m_database;
+};
+
+/// Opens the database under `domainPath`. Where the backup holds its write-ahead log as a file of its own, both are
+/// copied to a private folder below `temporaryFolder` and the copy is opened, for the newest rows are only in the log.
+/// None when the backup does not hold it or it cannot be opened; the backup is never changed.
+[[nodiscard]] std::optional<OpenDatabase>
+openBackedUpDatabase(const QString& backupPath, const QString& domainPath, const QString& temporaryFolder);
+
+} // namespace DRIPhoneBackupFiles

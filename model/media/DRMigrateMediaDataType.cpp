@@ -1,0 +1,157 @@
+#include "model/media/DRMigrateMediaDataType.h"
+
+#include "model/backup_entry/DRMigrateServices.h"
+#include "platform/core/DRDates.h"
+#include "platform/device/DRDCDeviceController.h"
+#include "platform/device/DRDCFilesystem.h"
+#include "platform/device/DRDCNotifications.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+DRDCFileFailures allFailed(const std::vector<DRDCFilePointer>& files, const QString& reason)
+{
+    std::vector<DRDCFileFailure> failures;
+    for (const DRDCFilePointer& file : files) {
+        failures.push_back({.file = file, .reason = reason});
+    }
+    return failures;
+}
+
+} // namespace
+
+DRMigrateMediaDataType::DRMigrateMediaDataType(const DRMigrateServices& services) : DRMigrateDataType(services) {}
+
+DRMigrateMediaDataType::~DRMigrateMediaDataType() = default;
+
+quint64 DRMigrateMediaDataType::bytesToTransfer() const
+{
+    if (m_bytesToTransfer == 0) {
+        for (const DRDCFilePointer& file : entriesToTransfer()) {
+            m_bytesToTransfer += file->filesize();
+        }
+    }
+    return m_bytesToTransfer;
+}
+
+quint64 DRMigrateMediaDataType::bytesTransferred() const
+{
+    if ((flags() & kDRMigrateDataTypeFlagRestored) != 0) {
+        return bytesToTransfer();
+    }
+    return static_cast<quint64>(
+        DRDates::saturatingInteger(static_cast<double>(bytesToTransfer()) * std::clamp(m_mediaProgress, 0.0, 1.0)));
+}
+
+qsizetype DRMigrateMediaDataType::mediaCountOfFileKinds(quint32 mask) const
+{
+    const auto files = filesOf(*entries());
+    return std::ranges::count_if(files, [mask](const auto& file) { return (file->fileKind() & mask) != 0; });
+}
+
+quint64 DRMigrateMediaDataType::bytesNeededForFileKinds(quint32 mask) const
+{
+    const auto files = filesOf(*entries());
+    return std::accumulate(files.begin(), files.end(), quint64{0}, [mask](quint64 sum, const auto& file) {
+        return (file->fileKind() & mask) != 0 ? sum + file->filesize() : sum;
+    });
+}
+
+std::vector<DRDCFilePointer> DRMigrateMediaDataType::entriesToTransfer() const
+{
+    auto files = filesOf(*entries());
+    std::erase_if(files, [this](const auto& file) { return (file->fileKind() & m_fileKindsToTransfer) == 0; });
+    return files;
+}
+
+void DRMigrateMediaDataType::transferFilesWithTarget(TransferHandler handler)
+{
+    m_handler = std::move(handler);
+    m_progressRegistration = services().notificationCenter.observe(
+        DRDCNotifications::kTaskDidUpdate,
+        [this](const DRNotification& notification) { deviceTaskDidUpdateTask(notification); });
+}
+
+void DRMigrateMediaDataType::deviceTaskDidUpdateTask(const DRNotification& notification)
+{
+    m_mediaProgress = 0.0;
+    const auto* task = std::any_cast<DRDCDeviceTaskPointer>(&notification.object);
+    if (task != nullptr && *task && !m_taskID.isEmpty() && (*task)->taskID() == m_taskID) {
+        m_mediaProgress = (*task)->progress();
+    }
+}
+
+void DRMigrateMediaDataType::transferFilesDone(const DRDCFileFailures& failures)
+{
+    setFlags(flags() | kDRMigrateDataTypeFlagRestored);
+    m_progressRegistration.reset();
+
+    DRMigrateReport changed = report();
+    const auto files = static_cast<qint64>(entriesToTransfer().size());
+    const auto failed = failures ? static_cast<qint64>(failures->size()) : 0;
+    changed.found = files;
+    changed.written = failures ? files - failed : 0;
+    if (failures) {
+        for (const DRDCFileFailure& failure : *failures) {
+            changed.skipped.push_back({.what = failure.file->sourcePath(), .why = failure.reason});
+        }
+    }
+    setReport(std::move(changed));
+
+    if (const TransferHandler handler = std::exchange(m_handler, nullptr)) {
+        handler(failures);
+    }
+}
+
+void DRMigrateMediaDataType::takeEntriesFrom(const DRMigrateDataType& source)
+{
+    setEntries(source.entries());
+}
+
+DRMigrateMediaDataType::FilePreparation DRMigrateMediaDataType::placementIn(const QString& folder)
+{
+    return [folder](DRDCFile& file, const DRDCFilesystem& /*filesystem*/) {
+        const QString name = file.metadataForKey(QLatin1StringView(DRDCFile::kTargetFileName)).toString();
+        file.setMetadata(folder + u'/' + name, QLatin1StringView(DRDCFile::kTargetPath));
+    };
+}
+
+void DRMigrateMediaDataType::copyEntries(const QString& taskID, const FilePreparation& prepare)
+{
+    const std::vector<DRDCFilePointer> files = entriesToTransfer();
+    const DRDCDevicePointer device = services().deviceController.activeDevice();
+    if (files.empty()) {
+        transferFilesDone(std::nullopt);
+        return;
+    }
+    if (!device) {
+        transferFilesDone(allFailed(files, u"the phone is no longer connected"_s));
+        return;
+    }
+    DRDCFilesystem& filesystem = device->preferredFilesystem();
+    const DRDCDeviceTaskPointer task = filesystem.requestTask();
+    task->setTaskID(taskID);
+    m_taskID = taskID;
+    for (const DRDCFilePointer& file : files) {
+        file->setMetadata(file->filesize(), QLatin1StringView(DRDCFile::kTargetFileSize));
+        prepare(*file, filesystem);
+    }
+    const auto self = std::static_pointer_cast<DRMigrateMediaDataType>(shared_from_this());
+    task->syncContentWithDevice(device, filesystem, files, {},
+                                [self](const DRDCFileFailures& failures) { self->transferFilesDone(failures); });
+}
+
+std::vector<DRDCFilePointer> DRMigrateMediaDataType::filesOf(const DREntryList& entries)
+{
+    std::vector<DRDCFilePointer> files;
+    files.reserve(entries.size());
+    for (const DRDCFilePointer* file : recordsOf<DRDCFilePointer>(entries)) {
+        files.push_back(*file);
+    }
+    return files;
+}

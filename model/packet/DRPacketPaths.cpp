@@ -1,0 +1,66 @@
+#include "model/packet/DRPacketPaths.h"
+
+#include "model/packet/DRMigratePacketCodec.h"
+
+#include <QFile>
+
+#include <algorithm>
+#include <tuple>
+
+namespace {
+
+bool isSafeComponent(const QByteArray& component)
+{
+    return !component.isEmpty() && component != "." && component != ".." && !component.contains('\0');
+}
+
+QByteArray withoutCurrentFolder(const QByteArray& path)
+{
+    return path.startsWith("./") ? path.mid(2) : path;
+}
+
+/// Whether the path is apps/PACKAGE/_manifest.
+bool isManifest(const QByteArray& path)
+{
+    return path.startsWith("apps/") && path.endsWith("/_manifest") && path.count('/') == 2;
+}
+
+bool comesBefore(const QByteArray& left, const QByteArray& right)
+{
+    return std::tuple(!isManifest(left), left) < std::tuple(!isManifest(right), right);
+}
+
+} // namespace
+
+std::optional<std::vector<QByteArray>> safePathComponents(const QByteArray& path)
+{
+    QByteArray relative = withoutCurrentFolder(path);
+    if (relative.endsWith('/')) {
+        relative.chop(1);
+    }
+    if (relative.isEmpty()) {
+        return path.startsWith("./") ? std::optional(std::vector<QByteArray>{}) : std::nullopt;
+    }
+    const QList<QByteArray> parts = relative.split('/');
+    if (!std::ranges::all_of(parts, isSafeComponent)) {
+        return std::nullopt;
+    }
+    return std::vector<QByteArray>(parts.begin(), parts.end());
+}
+
+std::optional<std::vector<QByteArray>> inPacketOrder(const QStringList& relativePaths)
+{
+    std::vector<QByteArray> ordered;
+    for (const QString& path : relativePaths) {
+        const QByteArray name = withoutCurrentFolder(QFile::encodeName(path));
+        if (name.endsWith('/') || !safePathComponents(name)) {
+            return std::nullopt;
+        }
+        if (!DRMigrateUtils::isLeftOutOfPackets(path)) {
+            ordered.push_back(name);
+        }
+    }
+    std::ranges::sort(ordered, comesBefore);
+    ordered.erase(std::unique(ordered.begin(), ordered.end()), ordered.end());
+    return ordered;
+}

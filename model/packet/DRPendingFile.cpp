@@ -1,0 +1,33 @@
+#include "model/packet/DRPendingFile.h"
+
+#include <QFile>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
+
+DRPendingFile::DRPendingFile(const QString& target)
+    : m_target(nativePath(target)),
+      m_temporary(m_target.left(m_target.lastIndexOf('/') + 1) + ".phone-migrate-XXXXXX"),
+      m_file(m_target.isEmpty() ? -1 : ::mkostemp(m_temporary.data(), O_CLOEXEC))
+{
+}
+
+DRPendingFile::~DRPendingFile()
+{
+    if (m_file.isOpen() && !m_isPublished) {
+        ::unlink(m_temporary.constData());
+    }
+}
+
+QString DRPendingFile::temporaryPath() const
+{
+    return QFile::decodeName(m_temporary);
+}
+
+bool DRPendingFile::publish()
+{
+    m_isPublished = m_file.isOpen() && ::rename(m_temporary.constData(), m_target.constData()) == 0;
+    return m_isPublished;
+}

@@ -1,0 +1,190 @@
+#include "platform/folder_phone/DRFolderPhoneStorage.h"
+
+#include "platform/device/DRDCFile.h"
+#include "platform/device/DRDCFileProcessor.h"
+#include "platform/folder_phone/DRMediaPlacement.h"
+#include "platform/folder_phone/DRNoFollow.h"
+#include "platform/folder_phone/DRPhoneProblems.h"
+#include "platform/folder_phone/DRWholeFile.h"
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kMaximumNumber = 100000;
+
+/// What is to be copied; not open when it cannot be read or made.
+DRFileDescriptor openSource(const DRDCFile& file)
+{
+    const DRDCFileProcessor* processor = file.fileProcessor();
+    if (processor == nullptr) {
+        return DRFileDescriptor::openRegularFile(file.sourcePath());
+    }
+    const auto content = processor->contentForFile(file);
+    return content ? DRFileContent::fileInMemory(*content) : DRFileDescriptor();
+}
+
+bool isTaken(const DRFileDescriptor& folder, const QString& name)
+{
+    struct stat status {};
+    return ::fstatat(folder.number(), nativePath(name).constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+/// Where a file goes in its folder: a name that is free, or the name of a file that already has its content.
+struct Place {
+    int number = 0; ///< of the name; 0 when no name is left
+    bool isFilled = false;
+};
+
+Place findPlace(const DRFileDescriptor& folder, const QString& name, const DRFileDescriptor& source)
+{
+    for (int number = 1; number <= kMaximumNumber; ++number) {
+        const QString candidate = DRMediaPlacement::numberedName(name, number);
+        if (!isTaken(folder, candidate)) {
+            return {.number = number, .isFilled = false};
+        }
+        const DRFileDescriptor existing = DRNoFollow::openFile(folder, candidate);
+        if (existing.isOpen() && DRFileContent::isSame(source, existing)) {
+            return {.number = number, .isFilled = true};
+        }
+    }
+    return {};
+}
+
+bool copyTimeOfChange(const DRFileDescriptor& source, const DRFileDescriptor& target)
+{
+    const auto status = source.status();
+    if (!status) {
+        return false;
+    }
+    const std::array times{status->st_mtim, status->st_mtim};
+    return ::futimens(target.number(), times.data()) == 0;
+}
+
+DRStepOutcome write(const DRFileDescriptor& source, const DRWholeFile& target, const DRByteProgress& progress)
+{
+    const auto copied = DRFileContent::copy(source, target.file(), progress);
+    if (!copied) {
+        return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
+    }
+    if (*copied != DRNoFollow::sizeOf(source)) {
+        return DRStepOutcome::failed(u"it changed while it was copied"_s);
+    }
+    if (!copyTimeOfChange(source, target.file())) {
+        return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
+    }
+    return {};
+}
+
+/// Copies into the folder from this number of the name on; a name that somebody takes meanwhile is passed over.
+DRStepOutcome copyInto(const DRFileDescriptor& folder,
+                       const QString& name,
+                       int number,
+                       const DRFileDescriptor& source,
+                       const DRByteProgress& progress)
+{
+    auto target = DRWholeFile::beginIn(folder);
+    if (!target) {
+        return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
+    }
+    if (DRStepOutcome outcome = write(source, *target, progress); outcome.kind != DRStepOutcome::Kind::Done) {
+        return outcome;
+    }
+    while (!target->placeAs(DRMediaPlacement::numberedName(name, number))) {
+        if (errno != EEXIST || number == kMaximumNumber) {
+            return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
+        }
+        ++number;
+    }
+    return {};
+}
+
+} // namespace
+
+DRFolderPhoneStorage::DRFolderPhoneStorage(DRFolderPhoneRoot root, quint64 capacityBytes)
+    : m_root(std::move(root)), m_capacityBytes(capacityBytes)
+{
+}
+
+DRStepOutcome
+DRFolderPhoneStorage::copy(const DRDCFile& file, const QString& targetPath, const DRByteProgress& progress)
+{
+    QStringList folders = DRMediaPlacement::safeComponents(targetPath);
+    if (folders.isEmpty()) {
+        return DRStepOutcome::failed(u"it has no name for the phone"_s);
+    }
+    const QString name = folders.takeLast();
+    folders.prepend(DRFolderPhoneRoot::kStorageFolder);
+
+    const DRFileDescriptor source = openSource(file);
+    if (!source.isOpen()) {
+        return DRStepOutcome::failed(u"the file cannot be read"_s);
+    }
+    const DRFileDescriptor root = m_root.open();
+    if (!root.isOpen()) {
+        return DRPhoneProblems::phoneGone();
+    }
+    const DRFileDescriptor folder = DRNoFollow::openOrMakeFolders(root, folders);
+    if (!folder.isOpen()) {
+        return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
+    }
+    return place(folder, name, source, progress);
+}
+
+DRStepOutcome DRFolderPhoneStorage::place(const DRFileDescriptor& folder,
+                                          const QString& name,
+                                          const DRFileDescriptor& source,
+                                          const DRByteProgress& progress)
+{
+    const Place place = findPlace(folder, name, source);
+    if (place.isFilled) {
+        return {};
+    }
+    const quint64 size = DRNoFollow::sizeOf(source);
+    if (place.number == 0) {
+        return DRStepOutcome::failed(u"no name is left for it on the phone"_s);
+    }
+    if (!hasRoomFor(size)) {
+        return DRPhoneProblems::noSpace(DRPhoneProblems::kPhone);
+    }
+    DRStepOutcome outcome = copyInto(folder, name, place.number, source, progress);
+    if (outcome.kind != DRStepOutcome::Kind::Done) {
+        return outcome;
+    }
+    *m_usedBytes += size;
+    // A phone that went away while the last bytes were written did not get them.
+    return m_root.isThere() ? outcome : DRPhoneProblems::phoneGone();
+}
+
+DRStepOutcome DRFolderPhoneStorage::remove(const QString& path) const
+{
+    if (!DRMediaPlacement::isSafePath(path)) {
+        return DRStepOutcome::failed(u"it is no path on the phone's storage"_s);
+    }
+    const DRFileDescriptor root = m_root.open();
+    if (!root.isOpen()) {
+        return DRPhoneProblems::phoneGone();
+    }
+    QStringList folders = path.split(u'/');
+    const QByteArray name = nativePath(folders.takeLast());
+    folders.prepend(DRFolderPhoneRoot::kStorageFolder);
+    const DRFileDescriptor folder = DRNoFollow::openFolders(root, folders);
+    const bool isGone = folder.isOpen() && ::unlinkat(folder.number(), name.constData(), 0) == 0;
+    return isGone || errno == ENOENT ? DRStepOutcome{} : DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
+}
+
+bool DRFolderPhoneStorage::hasRoomFor(quint64 bytes)
+{
+    if (!m_usedBytes) {
+        m_usedBytes = m_root.usedBytes();
+    }
+    return *m_usedBytes <= m_capacityBytes && bytes <= m_capacityBytes - *m_usedBytes;
+}

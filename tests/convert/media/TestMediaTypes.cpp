@@ -1,0 +1,187 @@
+#include "convert/media/DRMigrateAndroidMusic.h"
+#include "convert/media/DRMigrateAndroidPhotos.h"
+#include "convert/media/DRMigrateAndroidVoiceMemos.h"
+#include "convert/media/DRVideoCleaner.h"
+#include "platform/device/DRDCNotifications.h"
+#include "tests/support/DRTestDevice.h"
+#include "tests/support/DRTestServices.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+DRDCFilePointer file(const QString& name, quint32 kind, quint64 size)
+{
+    auto made = DRDCFile::fileWithSourcePath(u"/source/"_s + name);
+    made->setFileKind(kind);
+    made->setFilesize(size);
+    made->setMetadata(name, QLatin1StringView(DRDCFile::kTargetFileName));
+    return made;
+}
+
+DREntryList mixedFiles()
+{
+    return {file(u"photo.jpg"_s, 0x10, 100), file(u"video.mov"_s, 0x08, 2000), file(u"clip.mp4"_s, 0x20, 30000)};
+}
+
+QStringList namesOf(const std::vector<DRDCFilePointer>& files)
+{
+    QStringList names;
+    for (const auto& entry : files) {
+        names.append(entry->metadataForKey(QLatin1StringView(DRDCFile::kTargetFileName)).toString());
+    }
+    return names;
+}
+
+/// Keeps only what is no video.
+class DroppingCleaner final : public DRVideoCleaner {
+public:
+    std::vector<DRDCFilePointer> cleanEntries(const std::vector<DRDCFilePointer>& files) const override
+    {
+        return {files.front()};
+    }
+};
+
+} // namespace
+
+class TestMediaTypes : public QObject {
+    Q_OBJECT
+
+private:
+    DRTestServices m_test;
+
+private Q_SLOTS:
+
+    void kindsSelectPhotosAndVideos_data()
+    {
+        QTest::addColumn<quint32>("mask");
+        QTest::addColumn<QStringList>("names");
+        QTest::addColumn<quint64>("bytes");
+        QTest::newRow("photos") << quint32{0x10} << QStringList{u"photo.jpg"_s} << quint64{100};
+        QTest::newRow("videos") << quint32{0x28} << QStringList{u"video.mov"_s, u"clip.mp4"_s} << quint64{32000};
+        QTest::newRow("both") << quint32{0x38} << QStringList{u"photo.jpg"_s, u"video.mov"_s, u"clip.mp4"_s}
+                              << quint64{32100};
+        QTest::newRow("none") << quint32{0} << QStringList{} << quint64{0};
+    }
+
+    void kindsSelectPhotosAndVideos()
+    {
+        QFETCH(quint32, mask);
+        QFETCH(QStringList, names);
+        QFETCH(quint64, bytes);
+        DRMigrateAndroidPhotos photos(m_test.services, nullptr);
+        photos.setEntries(mixedFiles());
+        photos.setFileKindsToTransfer(mask);
+        QCOMPARE(namesOf(photos.entriesToTransfer()), names);
+        QCOMPARE(photos.bytesToTransfer(), bytes);
+        QCOMPARE(photos.bytesNeededForFileKinds(mask), bytes);
+        QCOMPARE(photos.mediaCountOfFileKinds(mask), names.size());
+
+        DRMigrateAndroidVoiceMemos memos(m_test.services);
+        memos.setEntries(mixedFiles());
+        memos.setFileKindsToTransfer(mask);
+        QCOMPARE(memos.entriesToTransfer().size(), 3U);
+    }
+
+    void bytesAreSummedOnceTheyAreThere()
+    {
+        DRMigrateAndroidMusic music(m_test.services);
+        QCOMPARE(music.bytesToTransfer(), quint64{0});
+        music.setEntries(DREntryList{file(u"a.mp3"_s, 4, 10)});
+        QCOMPARE(music.bytesToTransfer(), quint64{10});
+        music.setEntries(mixedFiles());
+        QCOMPARE(music.bytesToTransfer(), quint64{10});
+    }
+
+    void nothingToCopyEndsAtOnce()
+    {
+        const auto photos = std::make_shared<DRMigrateAndroidPhotos>(m_test.services, nullptr);
+        photos->setEntries(mixedFiles());
+        std::optional<bool> hadResult;
+        photos->transferFilesWithTarget(
+            [&hadResult](const DRDCFileFailures& failures) { hadResult = failures.has_value(); });
+        QCOMPARE(hadResult, std::optional(false));
+        QVERIFY((photos->flags() & DRMigrateDataType::kDRMigrateDataTypeFlagRestored) != 0);
+    }
+
+    void withoutPhoneEveryFileFails()
+    {
+        const auto memos = std::make_shared<DRMigrateAndroidVoiceMemos>(m_test.services);
+        memos->setEntries(mixedFiles());
+        std::size_t failed = 0;
+        memos->transferFilesWithTarget([&failed](const DRDCFileFailures& failures) { failed = failures->size(); });
+        QCOMPARE(failed, 3U);
+        QCOMPARE(memos->report().skipped.size(), 3U);
+        QCOMPARE(memos->report().written, qint64{0});
+    }
+
+    void copyIsPlacedFollowedAndReported()
+    {
+        const auto phone = std::make_shared<DRTestDevice>(m_test.notifications);
+        m_test.deviceController.setActiveDevice(phone);
+        const auto photos = std::make_shared<DRMigrateAndroidPhotos>(m_test.services, nullptr);
+        photos->setEntries(mixedFiles());
+        photos->setFileKindsToTransfer(0x28);
+        std::size_t failed = 0;
+        photos->transferFilesWithTarget([&failed](const DRDCFileFailures& failures) { failed = failures->size(); });
+        const auto task = phone->tasks.at(0);
+        QCOMPARE(task->taskID(), u"kDRMigrateDeviceTaskID_Photos"_s);
+        QCOMPARE(task->files().size(), 2U);
+        QCOMPARE(task->files()[0]->metadataForKey(u"TargetPath"_s).toString(), u"TarvexTransfer/Media/video.mov"_s);
+        QCOMPARE(task->files()[0]->metadataForKey(u"TargetFileSize"_s).toULongLong(), 2000ULL);
+
+        const auto tell = [this](const DRDCDeviceTaskPointer& about) {
+            m_test.notifications.post({.name = DRDCNotifications::kTaskDidUpdate, .object = about, .userInfo = {}});
+        };
+        task->setProgress(0.5);
+        tell(task);
+        QCOMPARE(photos->bytesTransferred(), quint64{16000});
+        tell(std::make_shared<DRTestDeviceTask>(m_test.notifications));
+        QCOMPARE(photos->bytesTransferred(), quint64{0});
+        tell(task);
+        QCOMPARE(photos->bytesTransferred(), quint64{16000});
+
+        task->finishCopy({u"unreadable"_s});
+        QCOMPARE(failed, 1U);
+        QCOMPARE(photos->bytesTransferred(), quint64{32000});
+        QCOMPARE(photos->report().written, qint64{1});
+        QCOMPARE(photos->report().skipped.size(), 1U);
+        m_test.deviceController.setActiveDevice(nullptr);
+    }
+
+    void cleaningIsForOldPhonesOnly_data()
+    {
+        QTest::addColumn<quint32>("android");
+        QTest::addColumn<bool>("hasCleaner");
+        QTest::addColumn<int>("files");
+        QTest::addColumn<int>("warnings");
+        QTest::newRow("2, cleaner") << quint32{2} << true << 1 << 0;
+        QTest::newRow("2, none") << quint32{2} << false << 3 << 1;
+        QTest::newRow("3, cleaner") << quint32{3} << true << 3 << 0;
+        QTest::newRow("no phone") << quint32{0} << true << 3 << 0;
+    }
+
+    void cleaningIsForOldPhonesOnly()
+    {
+        QFETCH(quint32, android);
+        QFETCH(bool, hasCleaner);
+        DRDCDevicePointer device;
+        if (android != 0) {
+            auto phone = std::make_shared<DRTestDevice>(m_test.notifications);
+            phone->baseVersion = android;
+            device = phone;
+        }
+        m_test.deviceController.setActiveDevice(device);
+        DRMigrateAndroidPhotos photos(m_test.services, hasCleaner ? std::make_shared<DroppingCleaner>() : nullptr);
+        photos.setEntries(mixedFiles());
+        QVERIFY(photos.save());
+        QTEST(int(photos.entries()->size()), "files");
+        QTEST(int(photos.report().warnings.size()), "warnings");
+        m_test.deviceController.setActiveDevice(nullptr);
+    }
+};
+
+QTEST_GUILESS_MAIN(TestMediaTypes)
+#include "TestMediaTypes.moc"

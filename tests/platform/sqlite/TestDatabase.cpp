@@ -1,0 +1,212 @@
+#include "platform/sqlite/DRDatabase.h"
+#include "platform/sqlite/DRSqlText.h"
+#include "platform/sqlite/DRTransaction.h"
+
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <limits>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+using Profile = DRDatabase::Profile;
+
+class TestDatabase : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder.emplace();
+        m_database = DRDatabase::open(m_folder->filePath(u"a.db"_s), Profile::Create);
+        QVERIFY(m_database && m_database->executeScript(u"CREATE TABLE t(id INTEGER PRIMARY KEY, x UNIQUE)"_s));
+    }
+
+    void cleanup() { m_database.reset(); }
+
+    void valuesComeBack_data()
+    {
+        QTest::addColumn<QVariant>("written");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("null text") << QVariant(QString()) << QString() << QByteArray();
+        QTest::newRow("empty text") << QVariant(u""_s) << u""_s << QByteArray("");
+        QTest::newRow("mark kept") << QVariant(u"\uFEFFa"_s) << u"\uFEFFa"_s
+                                   << QByteArray("\xEF\xBB\xBF"
+                                                 "a");
+        QTest::newRow("lone surrogate") << QVariant(u"a"_s + QChar(0xD800)) << u"a\uFFFD"_s
+                                        << QByteArray("a\xEF\xBF\xBD");
+        QTest::newRow("NUL written") << QVariant(u"a"_s + QChar(u'\0') + u"b"_s) << u"ab"_s << QByteArray("ab");
+        QTest::newRow("NUL read") << QVariant(QByteArray("a\0b", 3)) << u"ab"_s << QByteArray("a\0b", 3);
+        QTest::newRow("invalid UTF-8") << QVariant(QByteArray("\xC3")) << u"\uFFFD"_s << QByteArray("\xC3");
+        QTest::newRow("empty bytes") << QVariant(QByteArray("")) << u""_s << QByteArray("");
+    }
+
+    void valuesComeBack()
+    {
+        QFETCH(QVariant, written);
+        QFETCH(QString, text);
+        QFETCH(QByteArray, bytes);
+        const DRSqlValue value =
+            written.typeId() == QMetaType::QString ? DRSqlValue(written.toString()) : written.toByteArray();
+        DRResultSet rows = m_database->executeQuery(u"SELECT ? AS v"_s, {value});
+        QVERIFY(rows.next());
+        QCOMPARE(rows.string("v"), text);
+        QCOMPARE(rows.string("v").isNull(), text.isNull());
+        QCOMPARE(rows.bytes("v"), bytes);
+        QCOMPARE(rows.bytes("v").isNull(), bytes.isNull());
+    }
+
+    void columnsAreFoundWithoutRegardToCaseAndMayLack()
+    {
+        DRResultSet rows = m_database->executeQuery(u"SELECT 1 AS First, 2.5 AS second, 3 AS FIRST"_s);
+        QVERIFY(rows.next());
+        QCOMPARE(rows.integer("fIRST"), 1);
+        QCOMPARE(rows.real("SECOND"), 2.5);
+        QVERIFY(rows.isNull("absent") && rows.string("absent").isNull() && rows.integer("absent") == 0);
+        QCOMPARE(rows.columnIndex("absent"), std::nullopt);
+        QVERIFY(rows.isNullAt(3) && rows.isNullAt(-1));
+        QVERIFY(!rows.next() && !rows.hasFailed());
+        QVERIFY(rows.isNullAt(0));
+    }
+
+    void failuresAreSeen_data()
+    {
+        QTest::addColumn<QString>("sql");
+        QTest::addColumn<int>("valueCount");
+        QTest::newRow("malformed") << u"SELEKT 1"_s << 0;
+        QTest::newRow("no statement") << u"  "_s << 0;
+        QTest::newRow("second statement") << u"SELECT 1; SELECT 2"_s << 0;
+        QTest::newRow("no such table") << u"SELECT * FROM absent"_s << 0;
+        QTest::newRow("too few values") << u"SELECT ?, ?"_s << 1;
+        QTest::newRow("too many values") << u"SELECT ?"_s << 2;
+        QTest::newRow("while running") << u"SELECT abs(?)"_s << 1;
+    }
+
+    void failuresAreSeen()
+    {
+        QFETCH(QString, sql);
+        QFETCH(int, valueCount);
+        const DRSqlValues values(static_cast<size_t>(valueCount), std::numeric_limits<qint64>::min());
+        DRResultSet rows = m_database->executeQuery(sql, values);
+        QVERIFY(!rows.next() && !rows.next() && rows.hasFailed());
+        QVERIFY(rows.isNull("x") && rows.columnName(0).size() < 10);
+        QVERIFY(!m_database->executeUpdate(sql, values));
+        QVERIFY(m_database->executeUpdate(u"SELECT 1"_s)); // the message is still that of the failure
+        QVERIFY(m_database->lastErrorMessage() != u"not an error");
+    }
+
+    void statementRunsAgainAfterAFailure()
+    {
+        DRStatement insert = m_database->prepare(u"INSERT INTO t(x) VALUES (?)"_s);
+        QVERIFY(insert.update({u"a"_s}));
+        QVERIFY(!insert.update({u"a"_s}));
+        QVERIFY(insert.update({u"b"_s}));
+        QCOMPARE(m_database->lastInsertRowId(), 2);
+        DRStatement select = m_database->prepare(u"SELECT x FROM t WHERE id >= ? ORDER BY id"_s);
+        DRResultSet rows = select.query({qint64{1}});
+        QVERIFY(rows.next());
+        rows = select.query({qint64{2}});
+        QVERIFY(rows.next());
+        QCOMPARE(rows.string("x"), u"b"_s);
+    }
+
+    void unreadRowsDoNotKeepTheLock()
+    {
+        QVERIFY(m_database->executeScript(u"INSERT INTO t(x) VALUES (1), (2)"_s));
+        DRStatement select = m_database->prepare(u"SELECT x FROM t"_s);
+        QVERIFY(select.query().next());
+        auto other = DRDatabase::open(m_folder->filePath(u"a.db"_s), Profile::Phone);
+        QVERIFY(other && other->executeUpdate(u"DELETE FROM t"_s));
+    }
+
+    void transactionIsTakenBackUnlessCommitted()
+    {
+        {
+            const DRTransaction transaction(*m_database);
+            QVERIFY(transaction.isOpen() && insertRow(1));
+        }
+        QCOMPARE(rowCount(), 0);
+        {
+            DRTransaction transaction(*m_database);
+            QVERIFY(insertRow(1));
+            QVERIFY(!insertRow(1) && transaction.isOpen()); // a failed insert is harmless
+            const DRTransaction inner(*m_database);
+            QVERIFY(!inner.isOpen());
+            QVERIFY(transaction.commit() && !transaction.commit());
+        }
+        QCOMPARE(rowCount(), 1);
+    }
+
+    void lostTransactionIsNoticed()
+    {
+        QVERIFY(m_database->executeScript(u"CREATE TRIGGER refuse BEFORE INSERT ON t WHEN new.x = 13 "
+                                          "BEGIN SELECT RAISE(ROLLBACK, 'unlucky'); END"_s));
+        DRTransaction transaction(*m_database);
+        QVERIFY(insertRow(1) && !insertRow(13));
+        QCOMPARE(m_database->lastErrorMessage(), u"unlucky"_s);
+        QVERIFY(!transaction.isOpen() && !transaction.commit());
+        QCOMPARE(rowCount(), 0);
+    }
+
+    void writeAheadLogStaysWhenAsked()
+    {
+        QVERIFY(m_database->executeScript(u"PRAGMA journal_mode=WAL; INSERT INTO t(x) VALUES (1)"_s));
+        QVERIFY(m_database->persistWriteAheadLog());
+        m_database.reset();
+        QVERIFY(QFile::exists(m_folder->filePath(u"a.db-wal"_s)));
+    }
+
+    void tablesAreFound()
+    {
+        QVERIFY(m_database->hasTable(u"T"_s) && !m_database->hasTable(u"absent"_s) &&
+                !m_database->hasTable(u"t' OR 1"_s));
+    }
+
+    /// What a statement makes of a text that stands in it as it is, against what we bind instead.
+    void textInsideQuotesMeansTheSameAsFormatted_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const QString& text :
+             {u""_s, u"+1 555 0100"_s, u"o'brien@x.com"_s, u"''"_s, u"'"_s, u"'''"_s, u"''''"_s, u"it''s"_s,
+              u"it'''s"_s, u"''start"_s, u"end''"_s, u"end'"_s, u"two''pairs''"_s, u"a\"b%_\\;--\u00E9\U0001F600"_s}) {
+            QTest::addRow("%s", qPrintable(u'<' + text + u'>')) << text;
+        }
+    }
+
+    void textInsideQuotesMeansTheSameAsFormatted()
+    {
+        QFETCH(QString, text);
+        DRResultSet formatted = m_database->executeQuery(u"SELECT '"_s + text + u"' AS v"_s);
+        const bool hasRow = formatted.next();
+        const auto bound = DRSqlText::insideSingleQuotes(text);
+        QCOMPARE(bound.has_value(), hasRow);
+        QVERIFY(!hasRow || *bound == formatted.string("v"));
+    }
+
+    void injectionNeverRuns()
+    {
+        QCOMPARE(DRSqlText::insideSingleQuotes(u"x' OR '1'='1"_s), std::nullopt);
+        QCOMPARE(DRSqlText::insideSingleQuotes(QString()), u"(null)"_s);
+        QCOMPARE(DRSqlText::quotedName(u"Z_11ASSETS"_s), u"\"Z_11ASSETS\""_s);
+        for (const QString& name : {u""_s, u"1a"_s, u"a b"_s, u"a\"b"_s, u"\u00E9"_s, u"a;"_s}) {
+            QVERIFY2(!DRSqlText::quotedName(name), qPrintable(name));
+        }
+    }
+
+private:
+    bool insertRow(qint64 value) { return m_database->executeUpdate(u"INSERT INTO t(x) VALUES (?)"_s, {value}); }
+
+    qint64 rowCount()
+    {
+        DRResultSet rows = m_database->executeQuery(u"SELECT count(*) AS n FROM t"_s);
+        return rows.next() ? rows.integer("n") : -1;
+    }
+
+    std::optional<QTemporaryDir> m_folder;
+    std::optional<DRDatabase> m_database;
+};
+
+QTEST_GUILESS_MAIN(TestDatabase)
+
+#include "TestDatabase.moc"

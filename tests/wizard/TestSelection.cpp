@@ -1,0 +1,185 @@
+#include "tests/wizard/WizardFixture.h"
+#include "wizard/DRMGStepKeys.h"
+#include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
+#include "wizard/steps/DRMGSequenceStepSelectData.h"
+#include "wizard/steps/DRMGStorageFigures.h"
+
+#include <QTest>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+using namespace DRMigrateKeys;
+
+namespace {
+
+/// A wizard with a chosen backup of two contacts, a photo, two videos, a song and a memo.
+struct Selection : WizardFixture {
+    Selection()
+    {
+        script.iPhoneEntries[kContacts] = {1, 2};
+        script.iPhoneEntries[kImages] = {file(0x10, 100), file(0x08, 1000), file(0x20, 2000)};
+        script.iPhoneEntries[kMusic] = {file(DRMigrateFileKinds::kMusic, 10), file(DRMigrateFileKinds::kPlaylist, 1)};
+        script.iPhoneEntries[kVoiceMemos] = {file(0, 5)};
+        sequence->parameters().setValue(DRMGSequence::kIPhoneBackupEntry, makeEntry());
+    }
+
+    template <typename Step> [[nodiscard]] Step& show(const QString& key) const
+    {
+        sequence->gotoStepForKey(key);
+        return *qobject_cast<Step*>(sequence->currentStep());
+    }
+    [[nodiscard]] QStringList selectedTypes() const
+    {
+        return sequence->parameters().value<QStringList>(DRMGSequence::kSelectedTypes);
+    }
+};
+
+/// "key count", with "+" before those that are ticked and the size behind.
+QStringList described(const DRMGSelectionBoxes& boxes)
+{
+    QStringList lines;
+    for (const DRMGSelectionBox& box : boxes) {
+        const QString size = box.sizeBytes ? u" %1 bytes"_s.arg(*box.sizeBytes) : QString();
+        lines.append((box.isTicked ? u"+"_s : u"-"_s) + box.key + u' ' + QString::number(box.count) + size);
+    }
+    return lines;
+}
+
+} // namespace
+
+class TestSelection : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void countsFillInAsDataTypesLoad();
+    void selectionIsKept();
+    void musicBringsVoiceMemos();
+    void nextNeedsASelectionOnceABoxHasChanged();
+    void countsAreDroppedOnceThePageIsLeft();
+    void memoryWarningOffersTheMedia();
+    void storage_data();
+    void storage();
+};
+
+void TestSelection::countsFillInAsDataTypesLoad()
+{
+    Selection f;
+    const auto& page = f.show<DRMGSequenceStepSelectData>(DRMGStepKeys::kSelectData);
+    QCOMPARE(described(page.boxes()),
+             (QStringList{u"+contacts 0"_s, u"+textMessages 0"_s, u"+bookmarks 0"_s, u"+calendar 0"_s, u"+notes 0"_s,
+                          u"+images 0"_s, u"+videos 0"_s, u"+music 0"_s}));
+    int changes = 0;
+    QObject::connect(&page, &DRSequenceStep::contentChanged, &page, [&changes] { ++changes; });
+    f.queue.runAll();
+    QCOMPARE(changes, 8);
+    QCOMPARE(described(page.boxes()),
+             (QStringList{u"+contacts 2"_s, u"+textMessages 0"_s, u"+bookmarks 0"_s, u"+calendar 0"_s, u"+notes 0"_s,
+                          u"+images 1"_s, u"+videos 2"_s, u"+music 3"_s}));
+}
+
+void TestSelection::selectionIsKept()
+{
+    Selection f;
+    auto& page = f.show<DRMGSequenceStepSelectData>(DRMGStepKeys::kSelectData);
+    for (const QString& key : {kContacts, kTextMessages, kBookmarks, kMusic, kVideos}) {
+        page.setTicked(key, false);
+    }
+    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
+    QCOMPARE(f.selectedTypes(), (QStringList{kCalendar, kNotes, kImages}));
+    f.sequence->gotoStepForKey(DRMGStepKeys::kSelectData);
+    f.queue.runAll();
+    QCOMPARE(described(page.boxes()),
+             (QStringList{u"-contacts 2"_s, u"-textMessages 0"_s, u"-bookmarks 0"_s, u"+calendar 0"_s, u"+notes 0"_s,
+                          u"+images 1"_s, u"-videos 2"_s, u"-music 3"_s}));
+}
+
+void TestSelection::musicBringsVoiceMemos()
+{
+    QCOMPARE(DRMGSelection::selectedKeys({{.key = kNotes, .isTicked = false, .count = 1, .sizeBytes = {}},
+                                          {.key = kMusic, .isTicked = true, .count = 0, .sizeBytes = {}}}),
+             (QStringList{kMusic, kVoiceMemos}));
+}
+
+void TestSelection::nextNeedsASelectionOnceABoxHasChanged()
+{
+    Selection f;
+    auto& page = f.show<DRMGSequenceStepSelectData>(DRMGStepKeys::kSelectData);
+    for (const DRMGSelectionCategory& category : DRMGSelection::categories()) {
+        QCOMPARE(page.stateMask(), 7);
+        page.setTicked(category.key, false);
+    }
+    QCOMPARE(page.stateMask(), 5);
+    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
+    f.sequence->gotoStepForKey(DRMGStepKeys::kSelectData);
+    QCOMPARE(page.stateMask(), 7);
+    QVERIFY(f.selectedTypes().isEmpty());
+}
+
+void TestSelection::countsAreDroppedOnceThePageIsLeft()
+{
+    Selection f;
+    const auto& page = f.show<DRMGSequenceStepSelectData>(DRMGStepKeys::kSelectData);
+    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
+    f.queue.runAll();
+    QCOMPARE(page.boxes().front().count, 0);
+    f.sequence->gotoStepForKey(DRMGStepKeys::kSelectData);
+    f.sequence.reset();
+    f.queue.runAll();
+    QVERIFY2(f.queue.isEmpty(), "loads end also when the wizard is gone");
+}
+
+void TestSelection::memoryWarningOffersTheMedia()
+{
+    Selection f;
+    f.choose({kNotes, kImages, kMusic, kVoiceMemos});
+    f.device->usableCapacity = 10000;
+    f.device->usableFreeBytes = 105;
+    f.connectPhone();
+    auto& page = f.show<DRMGSequenceStepMemoryWarning>(DRMGStepKeys::kMemoryWarning);
+    QCOMPARE(described(page.boxes()),
+             (QStringList{u"+images 1 100 bytes"_s, u"-videos 2 3000 bytes"_s, u"+music 3 10 bytes"_s}));
+    QCOMPARE(page.stateMask(), 5);
+    page.setTicked(kMusic, false);
+    QCOMPARE(page.storage().free, 5U);
+    QCOMPARE(page.stateMask(), 7);
+    QVERIFY2(f.selectedTypes() == (QStringList{kNotes, kImages, kVoiceMemos}), "the memos stay selected");
+    page.setTicked(kVideos, true);
+    QCOMPARE(page.stateMask(), 5);
+    f.sequence->pressCancel();
+    QCOMPARE(f.currentKey(), u"selectData"_s);
+    QCOMPARE(f.selectedTypes(), (QStringList{kNotes, kImages, kVoiceMemos, kVideos}));
+}
+
+void TestSelection::storage_data()
+{
+    QTest::addColumn<quint64>("capacity");
+    QTest::addColumn<quint64>("freeBytes");
+    QTest::addColumn<quint64>("media");
+    QTest::addColumn<quint64>("other");
+    QTest::addColumn<quint64>("left");
+    QTest::addColumn<bool>("isOverfull");
+    QTest::newRow("fits") << quint64{1000} << quint64{400} << quint64{399} << quint64{600} << quint64{1} << false;
+    QTest::newRow("exactly full") << quint64{1000} << quint64{400} << quint64{400} << quint64{600} << quint64{0}
+                                  << true;
+    QTest::newRow("overflows") << quint64{1000} << quint64{400} << quint64{401} << quint64{600} << quint64{0} << true;
+    QTest::newRow("full, no media") << quint64{1000} << quint64{0} << quint64{0} << quint64{1000} << quint64{0}
+                                    << false;
+    QTest::newRow("more free than capacity") << quint64{1000} << quint64{1500} << quint64{200}
+                                             << std::numeric_limits<quint64>::max() - 499 << quint64{1300} << false;
+}
+
+void TestSelection::storage()
+{
+    QFETCH(const quint64, capacity);
+    QFETCH(const quint64, freeBytes);
+    QFETCH(const quint64, media);
+    const DRMGStorageFigures figures = storageFigures(capacity, freeBytes, {.music = 0, .images = media, .videos = 0});
+    QTEST(figures.other, "other");
+    QTEST(figures.free, "left");
+    QTEST(figures.isOverfull(), "isOverfull");
+    QCOMPARE(figures.total, capacity);
+}
+
+QTEST_GUILESS_MAIN(TestSelection)
+#include "TestSelection.moc"

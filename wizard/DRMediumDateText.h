@@ -1,0 +1,8 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+/// The moment in local time, written in the medium date style and the medium time style of the current locale, such as
+/// "6 May 2014, 12:53:09". Only when the locale's data cannot be had: "2014-05-06 12:53:09".
+[[nodiscard]] QString mediumDateText(const QDateTime& moment);

@@ -1,0 +1,109 @@
+#include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
+
+#include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "platform/device/DRDCFilesystem.h"
+#include "wizard/DRMGAnalytics.h"
+#include "wizard/DRMGSequence.h"
+#include "wizard/DRMGStepKeys.h"
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+quint64 tickedBytes(DRMGSelectionBoxes& boxes, const QString& key)
+{
+    const DRMGSelectionBox* const box = DRMGSelection::boxForKey(boxes, key);
+    return box != nullptr && box->isTicked ? box->sizeBytes.value_or(0) : 0;
+}
+
+} // namespace
+
+DRMGSequenceStepMemoryWarning::DRMGSequenceStepMemoryWarning(const DRMGContext& context)
+    : DRMGSequenceStep(context,
+                       {.key = DRMGStepKeys::kMemoryWarning,
+                        .heading = u"IDD_STEPWIZ_OUT_OF_MEMORY_IDC_HEADER"_s,
+                        .pageViewComponents = {}})
+{
+}
+
+void DRMGSequenceStepMemoryWarning::stepWillAppearInDirection(DRSequenceDirection direction)
+{
+    DRMGSequenceStep::stepWillAppearInDirection(direction);
+    setStateMask(kStateAllEnabled);
+    updateEntry();
+}
+
+void DRMGSequenceStepMemoryWarning::stepDidAppearInDirection(DRSequenceDirection direction)
+{
+    DRMGSequenceStep::stepDidAppearInDirection(direction);
+    DRMGAnalyticsSendErrorEvent(context().analytics, DRMGErrorEvent::NotEnoughSpace);
+}
+
+void DRMGSequenceStepMemoryWarning::stepWillDisappear()
+{
+    saveSelections();
+    DRMGSequenceStep::stepWillDisappear();
+}
+
+bool DRMGSequenceStepMemoryWarning::sequenceShouldChangeToNextStep()
+{
+    routeTowardsTransfer();
+    return false;
+}
+
+bool DRMGSequenceStepMemoryWarning::sequenceShouldCancel()
+{
+    migration().gotoStepForKey(DRMGStepKeys::kSelectData);
+    return false;
+}
+
+void DRMGSequenceStepMemoryWarning::setTicked(const QString& key, bool ticked)
+{
+    DRMGSelectionBox* const box = DRMGSelection::boxForKey(m_boxes, key);
+    if (box == nullptr || box->isTicked == ticked) {
+        return;
+    }
+    box->isTicked = ticked;
+    if (const auto entry = iPhoneBackupEntry()) {
+        updateMemoryWithEntry(*entry);
+    }
+    saveSelections();
+}
+
+void DRMGSequenceStepMemoryWarning::updateEntry()
+{
+    m_boxes.clear();
+    const auto entry = iPhoneBackupEntry();
+    if (!entry) {
+        return;
+    }
+    const QStringList selection = selectedTypes();
+    for (const QString& key : DRMGSelection::mediaKeys()) {
+        m_boxes.push_back({.key = key,
+                           .isTicked = selection.contains(key),
+                           .count = DRMGSelection::itemCount(*entry, key),
+                           .sizeBytes = std::nullopt});
+    }
+    updateMemoryWithEntry(*entry);
+}
+
+void DRMGSequenceStepMemoryWarning::updateMemoryWithEntry(const DRMigrateBackupEntry& entry)
+{
+    for (DRMGSelectionBox& box : m_boxes) {
+        box.sizeBytes = DRMGSelection::mediaBytes(entry, box.key);
+    }
+    const DRDCDevicePointer device = activeDevice();
+    m_storage = storageFigures(device ? device->preferredFilesystem().memoryUsableCapacity() : 0,
+                               device ? device->preferredFilesystem().memoryUsableFreeBytes() : 0,
+                               {.music = tickedBytes(m_boxes, DRMigrateKeys::kMusic),
+                                .images = tickedBytes(m_boxes, DRMigrateKeys::kImages),
+                                .videos = tickedBytes(m_boxes, DRMigrateKeys::kVideos)});
+    setStateMask(m_storage.isOverfull() ? kStateNextDisabled : kStateAllEnabled);
+    Q_EMIT contentChanged();
+}
+
+void DRMGSequenceStepMemoryWarning::saveSelections()
+{
+    sequence()->parameters().setValue(DRMGSequence::kSelectedTypes,
+                                      DRMGSelection::adjustedSelection(selectedTypes(), m_boxes));
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "wizard/steps/DRMGSelectionBox.h"
+#include "wizard/steps/DRMGSequenceStep.h"
+#include "wizard/steps/DRMGStorageFigures.h"
+
+/// The page shown when the selection does not fit on the phone. It offers the media again, with their sizes and the
+/// phone's storage. Next routes towards the transfer, which shows this page again while it does not fit; Cancel returns
+/// to the data selection.
+class DRMGSequenceStepMemoryWarning final : public DRMGSequenceStep {
+    Q_OBJECT
+
+public:
+    explicit DRMGSequenceStepMemoryWarning(const DRMGContext& context);
+
+    void stepWillAppearInDirection(DRSequenceDirection direction) override;
+
+    /// Sends the error event, on every visit.
+    void stepDidAppearInDirection(DRSequenceDirection direction) override;
+    void stepWillDisappear() override;
+
+    [[nodiscard]] bool sequenceShouldChangeToNextStep() override;
+    [[nodiscard]] bool sequenceShouldCancel() override;
+
+    /// One box per media kind, in display order, with sizes.
+    [[nodiscard]] const DRMGSelectionBoxes& boxes() const { return m_boxes; }
+
+    /// The phone's storage with the ticked media on it; all 0 without a phone.
+    [[nodiscard]] const DRMGStorageFigures& storage() const { return m_storage; }
+
+    /// Ticks or clears a box. Next is disabled while ticked media overflow the phone.
+    void setTicked(const QString& key, bool ticked);
+
+private:
+    void updateEntry();
+    void updateMemoryWithEntry(const DRMigrateBackupEntry& entry);
+    void saveSelections();
+
+    DRMGSelectionBoxes m_boxes;
+    DRMGStorageFigures m_storage;
+};

@@ -1,0 +1,92 @@
+// The last phase: copying the media files to the phone's storage, one kind after the other.
+
+#include "wizard/steps/DRMGSequenceStepTransfer.h"
+
+#include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "model/media/DRMigrateMediaDataType.h"
+#include "model/packet/DRMigrateAndroidBackupEntry.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The name that the file was to have on the phone, else its own.
+QString nameOf(const DRDCFile& file)
+{
+    const QString target = file.metadataForKey(QLatin1String(DRDCFile::kTargetFileName)).toString();
+    return target.isEmpty() ? QFileInfo(file.sourcePath()).fileName() : target;
+}
+
+} // namespace
+
+/// The phase is entered also by a cancelled run, which then ends here.
+void DRMGSequenceStepTransfer::transferMedia()
+{
+    setProgressPhase(Phase::TransferMedia);
+    if (!m_isCancelled) {
+        transferCamera();
+    }
+}
+
+void DRMGSequenceStepTransfer::transferCamera()
+{
+    transferFilesOf(DRMigrateKeys::kImages, &DRMGSequenceStepTransfer::transferCameraDone);
+}
+
+void DRMGSequenceStepTransfer::transferCameraDone(const DRDCFileFailures& failures)
+{
+    continueAfterCopy(failures, &DRMGSequenceStepTransfer::transferVoiceMemos);
+}
+
+void DRMGSequenceStepTransfer::transferVoiceMemos()
+{
+    transferFilesOf(DRMigrateKeys::kVoiceMemos, &DRMGSequenceStepTransfer::transferVoiceMemosDone);
+}
+
+void DRMGSequenceStepTransfer::transferVoiceMemosDone(const DRDCFileFailures& failures)
+{
+    continueAfterCopy(failures, &DRMGSequenceStepTransfer::transferMusic);
+}
+
+void DRMGSequenceStepTransfer::transferMusic()
+{
+    transferFilesOf(DRMigrateKeys::kMusic, &DRMGSequenceStepTransfer::transferMusicDone);
+}
+
+void DRMGSequenceStepTransfer::transferMusicDone(const DRDCFileFailures& failures)
+{
+    continueAfterCopy(failures, &DRMGSequenceStepTransfer::allDone);
+}
+
+void DRMGSequenceStepTransfer::transferFilesOf(const QString& key,
+                                               void (DRMGSequenceStepTransfer::*done)(const DRDCFileFailures&))
+{
+    if (m_isCancelled) {
+        return;
+    }
+    const auto entry = androidEntry();
+    const auto media = entry ? std::dynamic_pointer_cast<DRMigrateMediaDataType>(entry->dataTypeForKey(key)) : nullptr;
+    if (!media) {
+        (this->*done)(std::nullopt);
+        return;
+    }
+    media->transferFilesWithTarget(
+        inThisRun<DRDCFileFailures>([this, done](const DRDCFileFailures& failures) { (this->*done)(failures); }));
+}
+
+void DRMGSequenceStepTransfer::continueAfterCopy(const DRDCFileFailures& failures, Continuation next)
+{
+    if (m_isCancelled) {
+        return;
+    }
+    if (!failures || failures->empty()) {
+        (this->*next)();
+        return;
+    }
+    for (const DRDCFileFailure& failure : *failures) {
+        m_errorDetails.append((failure.file ? nameOf(*failure.file) : QString()) + u": "_s + failure.reason);
+    }
+    gotoRestoreErrorWithErrorCode(kErrorRestoreOrCopy);
+}

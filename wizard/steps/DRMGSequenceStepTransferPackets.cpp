@@ -1,0 +1,302 @@
+// The phases that work on app packets: fetch, load, merge, save, restore.
+
+#include "wizard/steps/DRMGSequenceStepTransfer.h"
+
+#include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "model/backup_entry/DRMigrateServices.h"
+#include "model/media/DRMigrateMediaDataType.h"
+#include "model/packet/DRMigrateAndroidBackupEntry.h"
+#include "model/packet/DRMigratePacketCodec.h"
+#include "platform/core/DRClock.h"
+#include "platform/device/DRBRBackupInfo.h"
+#include "platform/device/DRBRBackupRestoreController.h"
+#include "wizard/DRMediumDateText.h"
+#include "wizard/DRMGSequence.h"
+
+#include <chrono>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto kProgressInterval = 100ms;
+constexpr double kProgressDeltaSeconds = 0.1F; ///< kept in single precision, as the estimate was tuned with it
+
+/// A single failure of one of the two packets that hold contacts does not end the run: a phone may offer both but use
+/// one.
+bool isTolerated(const DRDCTaskResult& result)
+{
+    const QStringList failed = result.packetsWithErrors();
+    return failed.size() == 1 && (failed.front() == DRMigrateKeys::kContactsImportPacket ||
+                                  failed.front() == DRMigrateKeys::kPhonebookPacket);
+}
+
+/// What one failed data type has to say, in the words of its report.
+QStringList failureTexts(const DRMigrateDataType& dataType)
+{
+    const DRMigrateReport report = dataType.report();
+    QStringList texts;
+    for (const DRMigrateSkippedItem& item : report.skipped) {
+        texts.append(item.what + u": "_s + item.why);
+    }
+    return texts.isEmpty() ? QStringList{dataType.dataTypeKey()} : texts;
+}
+
+} // namespace
+
+void DRMGSequenceStepTransfer::backupPackets()
+{
+    const DRDCDevicePointer device = activeDevice();
+    if (!device) {
+        return;
+    }
+    setProgressPhase(Phase::BackUp);
+    if (!DRMigrateUtils::clearTempFolder(context().services.folders.temporary)) {
+        // What an earlier run left there could reach the phone in place of this run's packets.
+        m_errorDetails.append(DRMigrateUtils::pathToInflateFolder(context().services.folders.temporary));
+        gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
+        return;
+    }
+    const auto entry = makeAndroidEntry(device);
+    if (entry->dataTypeKeys().isEmpty()) { // no completion would ever come
+        m_errorDetails = selectedTypes();
+        gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
+        return;
+    }
+    const QStringList packetIDs = entry->packetIDsForAddedDataTypes();
+    sequence()->parameters().setValue(DRMGSequence::kAndroidBackupEntry, entry);
+    beginProgress(*entry);
+    sequence()->parameters().setValue(DRMGSequence::kAndroidBackupPackets, packetIDs);
+    if (packetIDs.isEmpty()) {
+        backupPacketsDone(nullptr, {});
+        return;
+    }
+    fetchPackets(device, packetIDs);
+}
+
+std::shared_ptr<DRMigrateAndroidBackupEntry>
+DRMGSequenceStepTransfer::makeAndroidEntry(const DRDCDevicePointer& device) const
+{
+    auto entry = std::make_shared<DRMigrateAndroidBackupEntry>(context().services);
+    for (const QString& key : selectedTypes()) {
+        if (key != DRMigrateKeys::kImages && key != DRMigrateKeys::kVideos) {
+            entry->addDataType(key, device);
+        }
+    }
+    addMediaDataTypes(*entry, device);
+    return entry;
+}
+
+void DRMGSequenceStepTransfer::addMediaDataTypes(DRMigrateAndroidBackupEntry& entry,
+                                                 const DRDCDevicePointer& device) const
+{
+    const QStringList selection = selectedTypes();
+    const quint32 fileKinds = (selection.contains(DRMigrateKeys::kImages) ? DRMigrateFileKinds::kPhotos : 0) |
+                              (selection.contains(DRMigrateKeys::kVideos) ? DRMigrateFileKinds::kVideos : 0);
+    if (fileKinds != 0) {
+        entry.addDataType(DRMigrateKeys::kImages, device);
+        const auto images =
+            std::dynamic_pointer_cast<DRMigrateMediaDataType>(entry.dataTypeForKey(DRMigrateKeys::kImages));
+        if (images) {
+            images->setFileKindsToTransfer(fileKinds);
+        }
+    }
+    const auto source = iPhoneBackupEntry();
+    for (const QString& key : {DRMigrateKeys::kMusic, DRMigrateKeys::kImages, DRMigrateKeys::kVoiceMemos}) {
+        const auto from = source ? source->dataTypeForKey(key) : nullptr;
+        const auto to = entry.dataTypeForKey(key);
+        if (from && to) {
+            to->setEntries(from->entries()); // counted for the progress from the start
+        }
+    }
+}
+
+void DRMGSequenceStepTransfer::beginProgress(DRMigrateAndroidBackupEntry& entry)
+{
+    entry.beginProgress();
+    m_progressTimer =
+        context().timers.repeatEvery(kProgressInterval, [this] { updateProgress(kProgressDeltaSeconds); });
+    updateProgress(0.0);
+}
+
+void DRMGSequenceStepTransfer::fetchPackets(const DRDCDevicePointer& device, const QStringList& packetIDs)
+{
+    const DRMigrateServices& services = context().services;
+    const QString name = u"Tarvex Transfer %1"_s.arg(mediumDateText(services.clock.now()));
+    sequence()->parameters().setValue(DRMGSequence::kBackupName, name);
+
+    const QDateTime date = services.clock.now();
+    const QString folder = services.backupRestoreController.pathToBackupFolderWithDevice(*device, date);
+    const auto info = std::make_shared<DRBRBackupInfo>();
+    info->setTargetPath(folder);
+    info->setBackupDate(date);
+    info->setBackupName(name);
+    info->setDeviceSoftwareVersion(device->appProductRevision());
+    info->setApplicationSoftwareVersion(context().applicationVersion);
+    info->addPacketsToBackup(packetIDs);
+    sequence()->parameters().setValue(DRMGSequence::kBackupInfo, info);
+
+    m_deviceTask = device->requestTask();
+    m_deviceTask->setTaskID(u"kDBRCDeviceTaskID_BackupMigrate"_s);
+    m_deviceTask->backupPacketsWithDevice(device, *info, services.backupRestoreController.dataTypesDefaultSortOrder(),
+                                          inThisRun<DRDCTaskResult>([this, folder](const DRDCTaskResult& result) {
+                                              backupPacketsDone(&result, folder);
+                                          }));
+}
+
+void DRMGSequenceStepTransfer::backupPacketsDone(const DRDCTaskResult* result, const QString& folder)
+{
+    if (m_isCancelled) {
+        return;
+    }
+    if (!activeDevice()) {
+        gotoBackupErrorWithErrorCode(kErrorPhoneGone);
+        return;
+    }
+    if (result != nullptr && result->hasErrors() && !isTolerated(*result)) {
+        addErrorDetails(result->failures);
+        gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
+        return;
+    }
+    const auto entry = androidEntry();
+    entry->setBackupPath(result == nullptr ? QString() : folder);
+    m_observation.start(entry, *this);
+    setProgressPhase(Phase::Load);
+    entry->loadAll();
+}
+
+void DRMGSequenceStepTransfer::dataTypeHasBeenLoaded(DRMigrateBackupEntry& entry, DRMigrateDataType&)
+{
+    continueWhenAllAre(&DRMigrateBackupEntry::areAllDataTypesLoaded, entry, &DRMGSequenceStepTransfer::loadAllDone);
+}
+
+void DRMGSequenceStepTransfer::dataTypeHasBeenMerged(DRMigrateBackupEntry& entry, DRMigrateDataType&)
+{
+    continueWhenAllAre(&DRMigrateBackupEntry::areAllDataTypesMerged, entry,
+                       &DRMGSequenceStepTransfer::mergeEntriesDone);
+}
+
+void DRMGSequenceStepTransfer::dataTypeHasBeenSaved(DRMigrateBackupEntry& entry, DRMigrateDataType&)
+{
+    continueWhenAllAre(&DRMigrateBackupEntry::areAllDataTypesSaved, entry, &DRMGSequenceStepTransfer::saveAllDone);
+}
+
+/// The first failure ends the run, also while other data types are still at work.
+void DRMGSequenceStepTransfer::continueWhenAllAre(EntryTest done, const DRMigrateBackupEntry& entry, Continuation next)
+{
+    if (entry.doesDataTypesContainErrors()) {
+        m_observation.stop();
+        addErrorDetails(entry);
+        gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
+        return;
+    }
+    if ((entry.*done)()) {
+        (this->*next)();
+    }
+}
+
+void DRMGSequenceStepTransfer::loadAllDone()
+{
+    mergeEntries();
+}
+
+void DRMGSequenceStepTransfer::mergeEntries()
+{
+    const auto source = iPhoneBackupEntry();
+    const auto target = androidEntry();
+    if (m_isCancelled || !source || !target) {
+        return;
+    }
+    setProgressPhase(Phase::Merge);
+    target->mergeWithBackup(*source);
+}
+
+void DRMGSequenceStepTransfer::mergeEntriesDone()
+{
+    saveEntries();
+}
+
+void DRMGSequenceStepTransfer::saveEntries()
+{
+    if (m_isCancelled) {
+        return;
+    }
+    const auto entry = androidEntry();
+    m_observation.start(entry, *this);
+    setProgressPhase(Phase::Save);
+    entry->saveAll();
+}
+
+void DRMGSequenceStepTransfer::saveAllDone()
+{
+    restorePackets();
+}
+
+void DRMGSequenceStepTransfer::restorePackets()
+{
+    if (m_isCancelled) {
+        return;
+    }
+    setStateMask(kStateNextShown); // from here on the phone changes: there is no way back
+    const DRDCDevicePointer device = activeDevice();
+    if (!device) {
+        gotoBackupErrorWithErrorCode(kErrorPhoneGone);
+        return;
+    }
+    Q_EMIT restoreWillBegin();
+    if (m_isCancelled) { // by whoever was told
+        return;
+    }
+    if (sequence()->parameters().value<QStringList>(DRMGSequence::kAndroidBackupPackets).isEmpty()) {
+        restorePacketsDone(nullptr);
+        return;
+    }
+    setProgressPhase(Phase::Restore);
+    startRestore(device);
+}
+
+/// Kept: all packets of the description are restored, those of ignored data types included; the device layer leaves a
+/// packet that was not rebuilt as it is.
+void DRMGSequenceStepTransfer::startRestore(const DRDCDevicePointer& device)
+{
+    const DRMigrateServices& services = context().services;
+    const auto info = sequence()->parameters().value<std::shared_ptr<DRBRBackupInfo>>(DRMGSequence::kBackupInfo);
+    info->setTargetPath(DRMigrateUtils::pathToInflateFolder(services.folders.temporary));
+
+    m_deviceTask = device->requestTask();
+    m_deviceTask->setTaskID(u"kDRBRDeviceTaskID_RestoreMigrate"_s);
+    m_deviceTask->restorePacketsWithDevice(
+        device, *info, services.backupRestoreController.dataTypesDefaultSortOrder(),
+        inThisRun<DRDCTaskResult>([this](const DRDCTaskResult& result) { restorePacketsDone(&result); }));
+}
+
+void DRMGSequenceStepTransfer::restorePacketsDone(const DRDCTaskResult* result)
+{
+    if (m_isCancelled) {
+        return;
+    }
+    if (result != nullptr) {
+        m_skippedPackets = result->skipped;
+        addErrorDetails(result->failures);
+    }
+    if (!activeDevice()) {
+        gotoRestoreErrorWithErrorCode(kErrorPhoneGone);
+        return;
+    }
+    if (result != nullptr && result->hasErrors()) {
+        gotoRestoreErrorWithErrorCode(kErrorRestoreOrCopy);
+        return;
+    }
+    transferMedia();
+}
+
+void DRMGSequenceStepTransfer::addErrorDetails(const DRMigrateBackupEntry& entry)
+{
+    for (const QString& key : entry.dataTypeKeys()) {
+        const auto dataType = entry.dataTypeForKey(key);
+        if (dataType && dataType->hasError()) {
+            m_errorDetails += failureTexts(*dataType);
+        }
+    }
+}
