@@ -3,12 +3,11 @@
 #include "app/sample/DRSampleIPhoneBackup.h"
 #include "app/sample/DRSampleNoteTexts.h"
 #include "app/sample/DRSamplePhone.h"
+#include "convert/notes/DRNotesTemplate.h"
 #include "platform/core/DRDates.h"
 #include "platform/core/DRDigest.h"
 #include "platform/core/DRPropertyList.h"
 #include "platform/sqlite/DRDatabase.h"
-
-#include <QDir>
 
 #include <algorithm>
 #include <array>
@@ -153,8 +152,11 @@ bool addPhoneNotes(DRSamplePhone& phone, const DRSampleSettings& settings)
 {
     const DRSampleApp app{.packetId = u"com.vornmobile.notes"_s, .versionCode = 14};
     return phone.addPacket(app, [&settings](const QString& appFolder) {
-        return QDir().mkpath(appFolder + u"/db"_s) &&
-               writeSampleDatabase(appFolder + u"/db/note.db"_s, {u"phone_notes"_s}, DRSampleJournal::Rollback,
-                                   [&settings](DRDatabase& database) { return insertPhoneNotes(database, settings); });
+        const QString path = appFolder + u"/db/note.db"_s;
+        if (!writeEmptyNotesDatabase(path)) {
+            return false;
+        }
+        auto database = DRDatabase::open(path, DRDatabase::Profile::Phone);
+        return database && insertPhoneNotes(*database, settings);
     });
 }

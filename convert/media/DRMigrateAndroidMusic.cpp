@@ -6,22 +6,6 @@
 
 using namespace Qt::StringLiterals;
 
-bool DRMigrateAndroidMusic::load()
-{
-    return true;
-}
-
-bool DRMigrateAndroidMusic::mergeDataFrom(const DRMigrateDataType& source)
-{
-    takeEntriesFrom(source);
-    return true;
-}
-
-bool DRMigrateAndroidMusic::save()
-{
-    return true;
-}
-
 std::vector<DRDCFilePointer> DRMigrateAndroidMusic::entriesToTransfer() const
 {
     return filesOf(*entries());

@@ -18,22 +18,11 @@ constexpr quint32 kLastAndroidThatNeedsCleanVideos = 2;
 
 DRMigrateAndroidPhotos::DRMigrateAndroidPhotos(const DRMigrateServices& services,
                                                std::shared_ptr<const DRVideoCleaner> cleaner)
-    : DRMigrateMediaDataType(services), m_cleaner(std::move(cleaner))
+    : DRMigrateAndroidMediaDataType(services), m_cleaner(std::move(cleaner))
 {
 }
 
 DRMigrateAndroidPhotos::~DRMigrateAndroidPhotos() = default;
-
-bool DRMigrateAndroidPhotos::load()
-{
-    return true;
-}
-
-bool DRMigrateAndroidPhotos::mergeDataFrom(const DRMigrateDataType& source)
-{
-    takeEntriesFrom(source);
-    return true;
-}
 
 bool DRMigrateAndroidPhotos::save()
 {

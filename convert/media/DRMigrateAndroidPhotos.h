@@ -2,20 +2,17 @@
 
 #include <memory>
 
-#include "model/media/DRMigrateMediaDataType.h"
+#include "convert/media/DRMigrateAndroidMediaDataType.h"
 
 class DRVideoCleaner;
 
 /// Photos and videos on the phone's side: copied to the phone's storage below "TarvexTransfer/Media".
-class DRMigrateAndroidPhotos final : public DRMigrateMediaDataType {
+class DRMigrateAndroidPhotos final : public DRMigrateAndroidMediaDataType {
 public:
     /// `cleaner` prepares videos for phones of Android 2 and older; without one they are copied as they are, with a
     /// warning.
     DRMigrateAndroidPhotos(const DRMigrateServices& services, std::shared_ptr<const DRVideoCleaner> cleaner);
     ~DRMigrateAndroidPhotos() override;
-
-    [[nodiscard]] bool load() override;
-    [[nodiscard]] bool mergeDataFrom(const DRMigrateDataType& source) override;
 
     /// Cleans the videos for phones whose `androidBaseVersion` is 2 or lower.
     [[nodiscard]] bool save() override;

@@ -6,22 +6,6 @@
 
 using namespace Qt::StringLiterals;
 
-bool DRMigrateAndroidVoiceMemos::load()
-{
-    return true;
-}
-
-bool DRMigrateAndroidVoiceMemos::mergeDataFrom(const DRMigrateDataType& source)
-{
-    takeEntriesFrom(source);
-    return true;
-}
-
-bool DRMigrateAndroidVoiceMemos::save()
-{
-    return true;
-}
-
 std::vector<DRDCFilePointer> DRMigrateAndroidVoiceMemos::entriesToTransfer() const
 {
     return filesOf(*entries());

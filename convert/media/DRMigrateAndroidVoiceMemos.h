@@ -1,15 +1,11 @@
 #pragma once
 
-#include "model/media/DRMigrateMediaDataType.h"
+#include "convert/media/DRMigrateAndroidMediaDataType.h"
 
 /// Voice memos on the phone's side: copied to the phone's storage below "TarvexTransfer/Recordings".
-class DRMigrateAndroidVoiceMemos final : public DRMigrateMediaDataType {
+class DRMigrateAndroidVoiceMemos final : public DRMigrateAndroidMediaDataType {
 public:
-    using DRMigrateMediaDataType::DRMigrateMediaDataType;
-
-    [[nodiscard]] bool load() override;
-    [[nodiscard]] bool mergeDataFrom(const DRMigrateDataType& source) override;
-    [[nodiscard]] bool save() override;
+    using DRMigrateAndroidMediaDataType::DRMigrateAndroidMediaDataType;
 
     /// All entries, whatever their kind.
     [[nodiscard]] std::vector<DRDCFilePointer> entriesToTransfer() const override;

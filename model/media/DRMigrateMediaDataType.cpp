@@ -108,11 +108,6 @@ void DRMigrateMediaDataType::transferFilesDone(const DRDCFileFailures& failures)
     }
 }
 
-void DRMigrateMediaDataType::takeEntriesFrom(const DRMigrateDataType& source)
-{
-    setEntries(source.entries());
-}
-
 DRMigrateMediaDataType::FilePreparation DRMigrateMediaDataType::placementIn(const QString& folder)
 {
     return [folder](DRDCFile& file, const DRDCFilesystem& /*filesystem*/) {

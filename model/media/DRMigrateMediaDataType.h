@@ -53,9 +53,6 @@ public:
     void setTaskID(const QString& taskID) { m_taskID = taskID; }
 
 protected:
-    /// Takes over the source's entries, or none when it has none.
-    void takeEntriesFrom(const DRMigrateDataType& source);
-
     /// What a subclass does to each file before the copy: say where it goes on the phone.
     using FilePreparation = std::function<void(DRDCFile& file, const DRDCFilesystem& filesystem)>;
 

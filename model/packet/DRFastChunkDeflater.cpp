@@ -42,7 +42,7 @@ std::optional<std::size_t> store(std::span<const char> bytes, std::span<char> ro
             return std::nullopt;
         }
         std::ranges::copy(header, room.subspan(used).begin());
-        std::ranges::copy(block, room.subspan(used + header.size()).begin());
+        std::copy_n(block.data(), block.size(), room.data() + used + header.size());
         used += header.size() + block.size();
         bytes = bytes.subspan(block.size());
     }

@@ -85,7 +85,7 @@ bool DRPacketWriter::put(std::span<const char> bytes)
     while (!bytes.empty()) {
         const std::span<char> space = room();
         const std::size_t size = std::min(bytes.size(), space.size());
-        std::ranges::copy(bytes.first(size), space.begin());
+        std::copy_n(bytes.data(), size, space.data());
         if (!advance(size)) {
             return false;
         }

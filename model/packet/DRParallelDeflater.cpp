@@ -78,7 +78,7 @@ bool DRParallelDeflater::commit(std::size_t size)
         const std::span<const char> previous = chunkNumber(m_committed - 1).bytes();
         const std::span<const char> before = previous.last(std::min(previous.size(), kDeflateWindowBytes));
         current.beforeSize = before.size();
-        std::ranges::copy(before, current.memory.get() + kDeflateWindowBytes - before.size());
+        std::copy_n(before.data(), before.size(), current.memory.get() + kDeflateWindowBytes - before.size());
     }
     const std::lock_guard lock(m_mutex);
     ++m_committed;

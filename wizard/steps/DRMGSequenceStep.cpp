@@ -11,7 +11,7 @@ using namespace Qt::StringLiterals;
 
 DRMGSequenceStep::DRMGSequenceStep(DRMGContext context, const Page& page)
     : DRSequenceStep(page.key),
-      m_context(context),
+      m_context(std::move(context)),
       m_heading(page.heading),
       m_pageViewComponents(page.pageViewComponents)
 {
