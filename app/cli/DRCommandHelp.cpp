@@ -1,19 +1,12 @@
 #include "app/cli/DRCommandHelp.h"
 
-#include <array>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-struct CommandHelp {
-    QString command;
-    QString text;
-};
-
-const QString& programHelp()
-{
-    static const QString kText = uR"(Moves the content of an iPhone backup onto an Android phone.
+const QString kProgram = uR"(Moves the content of an iPhone backup onto an Android phone.
 
 Usage: phone-migrate <command> [options]
 
@@ -30,12 +23,8 @@ Commands:
 Example: phone-migrate transfer --phone ~/phone --only contacts,photos --dry-run
 
 )"_s;
-    return kText;
-}
 
-const QString& commonOptions()
-{
-    static const QString kText = uR"(Options of all commands:
+const QString kCommonOptions = uR"(Options of all commands:
   --backups DIR                where iPhone backups are ($PHONE_MIGRATE_BACKUPS)
   --phone DIR                  a phone kept in a folder ($PHONE_MIGRATE_PHONE)
   --music FILE                 the computer's music library, XML ($PHONE_MIGRATE_MUSIC)
@@ -56,34 +45,32 @@ Exit codes: 0 done, 1 internal error, 2 usage, 11 not enough space on the phone,
 17 failed, phone partly changed, 18 no phone, 19 backup's layout cannot be read, 20 done, but something was
 skipped, 130 interrupted.
 )"_s;
-    return kText;
-}
 
-const std::array<CommandHelp, 7>& commandHelps()
-{
-    static const std::array<CommandHelp, 7> kHelps{{
-        {u"backups"_s, uR"(Usage: phone-migrate backups [--backups DIR] [--json]
+const QString kBackups = uR"(Usage: phone-migrate backups [--backups DIR] [--json]
 
 Lists the iPhone backups in the backups folder, the newest first, usable or not, with the reason.
 
 Example: phone-migrate backups --backups ~/MobileSync/Backup
 
-)"_s},
-        {u"inspect"_s, uR"(Usage: phone-migrate inspect [BACKUP] [--json]
+)"_s;
+
+const QString kInspect = uR"(Usage: phone-migrate inspect [BACKUP] [--json]
 
 Loads a backup and shows how much of each kind it holds. The backup is only read.
 
 Example: phone-migrate inspect 1
 
-)"_s},
-        {u"phone"_s, uR"(Usage: phone-migrate phone --phone DIR [--json]
+)"_s;
+
+const QString kPhone = uR"(Usage: phone-migrate phone --phone DIR [--json]
 
 Describes the phone: name, Android version, storage, and the app packets that it offers.
 
 Example: phone-migrate phone --phone ~/phone
 
-)"_s},
-        {u"transfer"_s, uR"(Usage: phone-migrate transfer [BACKUP] --phone DIR [options]
+)"_s;
+
+const QString kTransfer = uR"(Usage: phone-migrate transfer [BACKUP] --phone DIR [options]
 
 Moves content of a backup onto the phone. The phone's apps are backed up before, and that backup is kept.
 
@@ -99,8 +86,9 @@ KINDS are separated by commas: contacts,messages,notes,calendar,bookmarks,photos
 
 Example: phone-migrate transfer 1 --phone ~/phone --except videos --yes
 
-)"_s},
-        {u"packet"_s, uR"(Usage: phone-migrate packet show FILE
+)"_s;
+
+const QString kPacket = uR"(Usage: phone-migrate packet show FILE
        phone-migrate packet expand FILE DIR [--force]
        phone-migrate packet pack DIR FILE
 
@@ -109,36 +97,35 @@ A folder that is not empty is refused unless --force, which empties it.
 
 Example: phone-migrate packet show phone/packets/com.vornmobile.notes/fullbackupdata
 
-)"_s},
-        {u"sample"_s, uR"(Usage: phone-migrate sample DIR [--scale N]
+)"_s;
+
+const QString kSample = uR"(Usage: phone-migrate sample DIR [--scale N]
 
 Writes a made-up iPhone backup to DIR/backups and a made-up phone to DIR/phone, N times the usual amount.
 
 Example: phone-migrate sample ~/try
 
-)"_s},
-        {u"doctor"_s, uR"(Usage: phone-migrate doctor [--backups DIR] [--phone DIR] [--json]
+)"_s;
+
+const QString kDoctor = uR"(Usage: phone-migrate doctor [--backups DIR] [--phone DIR] [--json]
 
 Checks what a transfer needs and tells the fix for what is missing. Changes nothing. The exit code is that of
 the first missing thing, such as 12 without a backup and 18 without a phone.
 
 Example: phone-migrate doctor --phone ~/phone
 
-)"_s},
-    }};
-    return kHelps;
-}
+)"_s;
 
 } // namespace
 
 QString DRCommandHelp::text(const QString& command)
 {
-    for (const CommandHelp& help : commandHelps()) {
-        if (help.command == command) {
-            return help.text + commonOptions();
-        }
-    }
-    return programHelp() + commonOptions();
+    static const std::map<QString, QString> kTexts{
+        {u"backups"_s, kBackups}, {u"inspect"_s, kInspect}, {u"phone"_s, kPhone},   {u"transfer"_s, kTransfer},
+        {u"packet"_s, kPacket},   {u"sample"_s, kSample},   {u"doctor"_s, kDoctor},
+    };
+    const auto found = kTexts.find(command);
+    return (found == kTexts.end() ? kProgram : found->second) + kCommonOptions;
 }
 
 QString DRCommandHelp::version()

@@ -3,13 +3,13 @@
 #include "app/cli/DRBackupChoice.h"
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRPhoneChoice.h"
+#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
 #include "app/DRMigrateStartup.h"
 #include "platform/core/DRLog.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QLocale>
 #include <QStorageInfo>
 
 #include <algorithm>
@@ -94,7 +94,7 @@ Check checkDiskSpace(const DRMigrateStartup& startup)
 {
     static constexpr qint64 kLittle = 256LL * 1024 * 1024;
     const QStorageInfo disk(nearestExisting(startup.folders().temporary));
-    const QString found = QLocale::c().formattedDataSize(disk.bytesAvailable()) + u" free for the working folder"_s;
+    const QString found = sizeText(static_cast<quint64>(disk.bytesAvailable())) + u" free for the working folder"_s;
     if (disk.isValid() && disk.bytesAvailable() < kLittle) {
         return {u"disk space"_s,
                 {},

@@ -6,13 +6,12 @@
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKindContent.h"
 #include "app/cli/DRKinds.h"
+#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
 #include "app/cli/DRTextTable.h"
 #include "app/DRMigrateStartup.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "platform/core/DRLog.h"
-
-#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -97,7 +96,6 @@ QByteArray jsonOf(const DRMigrateIPhoneBackupEntryPointer& entry)
 
 QString textOf(const DRMigrateIPhoneBackupEntry& entry)
 {
-    const QLocale locale = QLocale::c();
     DRTextTable table({u"Kind"_s, u"Count"_s, u"Size"_s, u"State"_s});
     for (const DRKind& kind : DRKinds::all()) {
         const DRKindContent content = DRKindContent::of(kind.key, entry);
@@ -105,16 +103,14 @@ QString textOf(const DRMigrateIPhoneBackupEntry& entry)
         for (const auto& [name, count] : content.counts) {
             details << u"%1 %2"_s.arg(count).arg(name);
         }
-        table.add({kind.name, QString::number(content.count),
-                   content.isFiles ? locale.formattedDataSize(static_cast<qint64>(content.bytes)) : QString(),
+        table.add({kind.name, QString::number(content.count), content.isFiles ? sizeText(content.bytes) : QString(),
                    details.join(u", "_s)});
     }
     const quint64 needed = entry.bytesNeededForSelectedTypes(DRKinds::allKeys());
     return u"%1 (%2, system %3), backed up %4\n%5Needs on the phone: %6\n"_s.arg(
         withoutControlCharacters(entry.deviceName()), withoutControlCharacters(entry.productType()),
         withoutControlCharacters(entry.productVersion()),
-        entry.lastBackupDate().toLocalTime().toString(u"yyyy-MM-dd HH:mm"), table.text(),
-        locale.formattedDataSize(static_cast<qint64>(needed)));
+        entry.lastBackupDate().toLocalTime().toString(u"yyyy-MM-dd HH:mm"), table.text(), sizeText(needed));
 }
 
 } // namespace

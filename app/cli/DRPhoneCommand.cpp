@@ -2,12 +2,12 @@
 
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRPhoneChoice.h"
+#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
 #include "platform/core/DRLog.h"
 #include "platform/device/DRDCFilesystem.h"
 
 #include <QJsonArray>
-#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -30,13 +30,11 @@ QByteArray jsonOf(DRDCDevice& phone)
 
 QString textOf(DRDCDevice& phone)
 {
-    const QLocale locale = QLocale::c();
     const DRDCFilesystem& storage = phone.preferredFilesystem();
-    const auto size = [&locale](quint64 bytes) { return locale.formattedDataSize(static_cast<qint64>(bytes)); };
     QString text = u"%1, Android %2, revision %3\nStorage: %4 free of %5\nApps:\n"_s.arg(
         withoutControlCharacters(phone.marketingName()), QString::number(phone.androidBaseVersion()),
-        withoutControlCharacters(phone.appProductRevision()), size(storage.memoryUsableFreeBytes()),
-        size(storage.memoryUsableCapacity()));
+        withoutControlCharacters(phone.appProductRevision()), sizeText(storage.memoryUsableFreeBytes()),
+        sizeText(storage.memoryUsableCapacity()));
     for (const QString& packet : phone.backupPackets()) {
         text += u"  "_s + withoutControlCharacters(packet) + u'\n';
     }

@@ -6,6 +6,7 @@
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRPhoneChoice.h"
+#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
 #include "app/cli/DRTransferReporter.h"
 #include "app/cli/DRTransferRun.h"
@@ -43,7 +44,7 @@ DRCommandOutcome notClosed(const DRTransferRun::Result& result, const DRDCDevice
     }
     if (result.landedOn == u"memoryWarning") {
         return {DRExitCode::NotEnoughSpace,
-                u"There is not enough space on the phone: %1 bytes are needed."_s.arg(plan.bytesNeeded),
+                u"There is not enough space on the phone: %1 are needed."_s.arg(sizeText(plan.bytesNeeded)),
                 u"delete files on the phone, or move less: --except photos,videos,music"_s};
     }
     return phoneGone();

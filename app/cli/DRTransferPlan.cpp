@@ -2,6 +2,7 @@
 
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
+#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTextTable.h"
 #include "model/backup_entry/DRMigrateServices.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
@@ -9,18 +10,12 @@
 #include "platform/device/DRDCFilesystem.h"
 
 #include <QJsonArray>
-#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
 using Unmoved = DRTransferPlan::Unmoved;
-
-QString sizeText(quint64 bytes)
-{
-    return QLocale::c().formattedDataSize(static_cast<qint64>(bytes));
-}
 
 /// Whether this program and this phone have a place for the kind, and which packets it goes into.
 struct Place {
@@ -136,8 +131,8 @@ DRCommandOutcome DRTransferPlan::refusal(Repeats repeats) const
     }
     if (bytesNeeded > bytesFree) {
         return {DRExitCode::NotEnoughSpace,
-                u"There is not enough space on the phone: %1 bytes are needed, %2 are free."_s.arg(bytesNeeded)
-                    .arg(bytesFree),
+                u"There is not enough space on the phone: %1 are needed, %2 are free."_s.arg(sizeText(bytesNeeded),
+                                                                                             sizeText(bytesFree)),
                 u"delete files on the phone, or move less: --except photos,videos,music"_s};
     }
     return {};

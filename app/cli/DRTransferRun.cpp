@@ -95,9 +95,15 @@ void DRTransferRun::tellWarnings()
         return;
     }
     m_hasBeenWarned = true;
+    const auto backup =
+        m_sequence->parameters().value<DRMigrateIPhoneBackupEntryPointer>(DRMGSequence::kIPhoneBackupEntry);
     QStringList told;
     for (const QString& key : entry->dataTypeKeys()) {
-        told += entry->dataTypeForKey(key)->report().warnings;
+        const auto phoneSide = entry->dataTypeForKey(key);
+        if (const auto iPhoneSide = backup->dataTypeForKey(phoneSide->sourceKey())) {
+            told += iPhoneSide->report().warnings;
+        }
+        told += phoneSide->report().warnings;
     }
     told.removeDuplicates();
     for (const QString& warning : told) {

@@ -84,7 +84,7 @@ void addSkippedPackets(DRTransferSummary& summary, const DRTransferRun::Result& 
     }
 }
 
-DRCommandOutcome failure(const DRTransferRun::Result& result)
+DRCommandOutcome failure(const DRTransferSummary& summary, const DRTransferRun::Result& result)
 {
     static constexpr int kPhonePartlyChanged = 2;
     QString details = withoutControlCharacters(result.errorDetails.join(u"; "));
@@ -96,6 +96,11 @@ DRCommandOutcome failure(const DRTransferRun::Result& result)
         return {DRExitCode::FailedPhoneUnchanged, u"The transfer failed, nothing was written to the phone"_s + why,
                 u"check that the phone is connected, then type the same again; with --verbose it tells more"_s};
     }
+    if (std::ranges::none_of(summary.kinds, [](const auto& entry) { return isDelivered(entry.second.flags); })) {
+        return {DRExitCode::FailedPhoneChanged,
+                u"The transfer failed while the phone was written; none of its apps was changed"_s + why,
+                u"do what helps against that, then type the same again"_s};
+    }
     return {DRExitCode::FailedPhoneChanged,
             u"The transfer failed while the phone was written, which holds a part now"_s + why,
             u"put the phone's apps back as they were from the phone's backup named above, before you try again"_s};
@@ -104,7 +109,7 @@ DRCommandOutcome failure(const DRTransferRun::Result& result)
 DRCommandOutcome outcomeOf(const DRTransferSummary& summary, const DRTransferRun::Result& result)
 {
     if (result.errorState != 0) {
-        return failure(result);
+        return failure(summary, result);
     }
     const auto hasSkips = [](const auto& entry) { return !entry.second.skipped.empty(); };
     return {.code = std::ranges::any_of(summary.kinds, hasSkips) ? DRExitCode::DoneWithSkips : DRExitCode::Done,

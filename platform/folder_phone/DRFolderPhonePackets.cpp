@@ -146,7 +146,7 @@ QStringList DRFolderPhonePackets::offered() const
     }
     const QDir packets(m_root.path() + u'/' + DRFolderPhoneRoot::kPacketsFolder);
     QStringList names = packets.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::Unsorted);
-    names.removeIf([this](const QString& name) { return !isPacketID(name) || !openPacket(m_root, name).isOpen(); });
+    names.removeIf([](const QString& name) { return !isPacketID(name); });
     names.sort();
     return names;
 }
@@ -164,7 +164,7 @@ DRFolderPhonePackets::fetch(const QString& packetID, const QString& targetFolder
     }
     const DRFileDescriptor source = isPacketID(packetID) ? openPacket(m_root, packetID) : DRFileDescriptor();
     if (!source.isOpen()) {
-        return DRStepOutcome::failed(u"the phone does not offer it"_s);
+        return DRStepOutcome::failed(u"the phone cannot back it up"_s);
     }
     return copyToNewFile(source, targetFolder + u'/' + packetID, progress);
 }

@@ -18,7 +18,8 @@ public:
     /// The path of a packet's file below a folder of the computer.
     [[nodiscard]] static QString pathBelow(const QString& folder, const QString& packetID);
 
-    /// The IDs of the packets that are there, in ascending order.
+    /// The IDs of the packets, in ascending order: the names of the folders. One without a packet file is an app that
+    /// the phone offers and then fails to back up.
     [[nodiscard]] QStringList offered() const;
 
     /// Bytes of the phone's packet; 0 when there is none.

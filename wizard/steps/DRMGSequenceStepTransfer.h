@@ -75,7 +75,8 @@ public:
     /// `DRMGSequence::kBackupInfo` names the folder of the rebuilt packets once these are being restored.)
     [[nodiscard]] QString phoneBackupFolder() const;
 
-    /// The packets that the restore left as they were, with reasons.
+    /// The packets that were not moved though the run went on, with reasons: one whose fetching failed and is tolerated,
+    /// those that the restore left as they were.
     [[nodiscard]] const std::vector<DRDCPacketProblem>& skippedPackets() const { return m_skippedPackets; }
 
     /// "hh:mm" from one hour on, else "mm:ss"; seconds are truncated.

@@ -159,6 +159,9 @@ void DRMGSequenceStepTransfer::backupPacketsDone(const DRDCTaskResult* result, c
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
         return;
     }
+    if (result != nullptr) {
+        m_skippedPackets = result->failures; // the tolerated one, if any: it must not be forgotten
+    }
     const auto entry = androidEntry();
     entry->setBackupPath(result == nullptr ? QString() : folder);
     m_observation.start(entry, *this);
@@ -277,7 +280,7 @@ void DRMGSequenceStepTransfer::restorePacketsDone(const DRDCTaskResult* result)
         return;
     }
     if (result != nullptr) {
-        m_skippedPackets = result->skipped;
+        m_skippedPackets.insert(m_skippedPackets.end(), result->skipped.begin(), result->skipped.end());
         addErrorDetails(result->failures);
     }
     if (!activeDevice()) {

@@ -108,6 +108,9 @@ private Q_SLOTS:
     void transferTellsAndIsRemembered();
     void whatCannotMoveIsNamed_data();
     void whatCannotMoveIsNamed();
+    void failureNamesItsReason_data();
+    void failureNamesItsReason();
+    void restoreThatDoesNotFitLeavesThePhone();
     void dryRunLeavesNoTrace();
     void oneRunAtATime();
     void interruptedBeforeTheRestore();
@@ -331,7 +334,7 @@ void TestProgram::inspectAndPhoneDescribe()
                           u"textMessages"_s, u"videos"_s, u"voicememos"_s}));
     QCOMPARE(inspected[u"kinds"][u"notes"][u"state"].toString(), u"loaded"_s);
     QVERIFY(inspected[u"kinds"][u"notes"][u"count"].toInt() > 0);
-    QVERIFY(inspected[u"bytesNeeded"].toInteger() >= 5 * 1024 * 1024);
+    QVERIFY(inspected[u"bytesNeeded"].toInteger() >= 5LL * 1024 * 1024);
 
     const QJsonObject phone = run({u"phone"_s, u"--json"_s}).document();
     QVERIFY(phone[u"packets"].toArray().contains(kNotesPacket));
@@ -407,6 +410,49 @@ void TestProgram::whatCannotMoveIsNamed()
     const auto ended = run({u"transfer"_s, u"--yes"_s, u"--only"_s, u"notes"_s});
     QCOMPARE(ended.code, 16);
     QVERIFY2(ended.err.contains(reason.toUtf8()), ended.err.constData());
+}
+
+void TestProgram::failureNamesItsReason_data()
+{
+    QTest::addColumn<QByteArray>("packet");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("foreign") << QByteArray("PK\3\4") << u"not in the format"_s;
+    QTest::newRow("newer") << QByteArray("ANDROID BACKUP\n5\n1\nnone\n") << u"version is 5"_s;
+    QTest::newRow("encrypted") << QByteArray("ANDROID BACKUP\n1\n1\nAES-256\n") << u"encrypted"_s;
+    QTest::newRow("damaged") << QByteArray("ANDROID BACKUP\n1\n1\nnone\nx") << u"damaged"_s;
+}
+
+void TestProgram::failureNamesItsReason()
+{
+    QFETCH(QByteArray, packet);
+    QFETCH(QString, reason);
+    m_sandbox->write(u"phone/packets/%1/fullbackupdata"_s.arg(kNotesPacket), packet);
+    const auto phone = m_sandbox->snapshot(u"phone"_s);
+    const auto ended = run({u"transfer"_s, u"--yes"_s, u"--only"_s, u"notes"_s, u"--json"_s});
+    QCOMPARE(ended.code, 16);
+    const QJsonObject last = ended.lines().last();
+    QCOMPARE(last[u"errorCode"].toInt(), 18);
+    QCOMPARE(last[u"errorState"].toInt(), 1);
+    QVERIFY2(last[u"message"].toString().contains(reason), qPrintable(last[u"message"].toString()));
+    QCOMPARE(m_sandbox->snapshot(u"phone"_s), phone);
+}
+
+void TestProgram::restoreThatDoesNotFitLeavesThePhone()
+{
+    QCOMPARE(m_sandbox->run({u"sample"_s, u"large"_s, u"--scale"_s, u"100"_s}).code, 0);
+    constexpr int kRoomForTheCheckButNotForThePacket = 1200 * 1024;
+    m_sandbox->write(u"large/phone/phone.json"_s, QByteArray("{\"memoryUsableCapacity\": ") +
+                                                      QByteArray::number(kRoomForTheCheckButNotForThePacket) + '}');
+    const auto phone = m_sandbox->snapshot(u"large/phone"_s);
+    const auto ended = m_sandbox->run(
+        {u"transfer"_s, u"--yes"_s, u"--json"_s, u"--backups"_s, u"large/backups"_s, u"--phone"_s, u"large/phone"_s});
+    QCOMPARE(ended.code, 17);
+    const QJsonObject last = ended.lines().last();
+    QCOMPARE(last[u"errorCode"].toInt(), 19);
+    QCOMPARE(last[u"errorState"].toInt(), 2);
+    QCOMPARE(last[u"kinds"][kNotesPacket][u"written"].toInt(), 0);
+    QVERIFY(last[u"message"].toString().contains(u"not enough space on the phone"_s));
+    QCOMPARE(m_sandbox->snapshot(u"large/phone"_s), phone);
 }
 
 void TestProgram::dryRunLeavesNoTrace()

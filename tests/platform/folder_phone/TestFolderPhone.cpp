@@ -1,4 +1,6 @@
 #include "platform/core/DRNotificationCenter.h"
+#include "platform/device/DRBRBackupInfo.h"
+#include "platform/device/DRDCDeviceTask.h"
 #include "platform/device/DRDCFile.h"
 #include "platform/folder_phone/DRFolderPhone.h"
 #include "platform/folder_phone/DRMediaPlacement.h"
@@ -41,7 +43,7 @@ private Q_SLOTS:
     void describesItself_data();
     void describesItself();
     void refusesWhatIsNoPhone();
-    void offersPacketsOnly();
+    void offersItsPacketFolders();
     void countsFreeSpaceWithoutFollowingLinks();
     void isRecognisedAgain();
     void neverFollowsLinksOfThePhone();
@@ -134,7 +136,7 @@ void TestFolderPhone::refusesWhatIsNoPhone()
     QVERIFY(!open(folder.path()));
 }
 
-void TestFolderPhone::offersPacketsOnly()
+void TestFolderPhone::offersItsPacketFolders()
 {
     DRFolderPhoneUnderTest phone(
         {.packets = {{u"com.b"_s, "b"}, {u"com.a"_s, "a"}, {u"not a packet"_s, "n"}}, .storage = {}}, 100, m_queue,
@@ -144,7 +146,17 @@ void TestFolderPhone::offersPacketsOnly()
     QVERIFY(QDir(phone.path()).mkpath(u"packets/com.link"_s));
     QVERIFY(QFile::link(u"../com.a/fullbackupdata"_s, phone.path(u"packets/com.link/fullbackupdata"_s)));
     QVERIFY(QFile::link(u"com.a"_s, phone.path(u"packets/com.linked"_s)));
-    QCOMPARE(phone.device()->backupPackets(), QStringList({u"com.a"_s, u"com.b"_s}));
+    QCOMPARE(phone.device()->backupPackets(),
+             QStringList({u"com.a"_s, u"com.b"_s, u"com.empty"_s, u"com.folder"_s, u"com.link"_s}));
+
+    DRBRBackupInfo info;
+    info.setTargetPath(phone.path(u"backup"_s));
+    info.addPacketsToBackup(phone.device()->backupPackets());
+    QStringList failed;
+    phone.device()->requestTask()->backupPacketsWithDevice(
+        phone.device(), info, {}, [&failed](const DRDCTaskResult& result) { failed = result.packetsWithErrors(); });
+    m_queue.runAll();
+    QCOMPARE(failed, QStringList({u"com.empty"_s, u"com.folder"_s, u"com.link"_s}));
 }
 
 void TestFolderPhone::countsFreeSpaceWithoutFollowingLinks()

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QLocale>
+#include <QString>
+
+/// A number of bytes for people, such as "1.50 MiB". The same in every locale: scripts may read the tables, too.
+[[nodiscard]] inline QString sizeText(quint64 bytes)
+{
+    return QLocale::c().formattedDataSize(static_cast<qint64>(bytes));
+}
