@@ -4,12 +4,12 @@
 #include "app/cli/DRTerminal.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "model/packet/DRPacketHeader.h"
+#include "model/packet/DRPacketProblem.h"
 #include "platform/core/DRFiles.h"
 #include "platform/core/DRLog.h"
 
 #include <QDir>
 #include <QDirIterator>
-#include <QFile>
 #include <QJsonArray>
 
 using namespace Qt::StringLiterals;
@@ -21,24 +21,10 @@ DRCommandOutcome failure(const QString& message, const QString& nextStep = {})
     return {DRExitCode::InternalError, message, nextStep};
 }
 
-/// Why a packet file is refused, as far as its first lines tell.
 DRCommandOutcome refusalOf(const QString& packet)
 {
-    static constexpr qint64 kMoreThanAHeader = 256;
-    const QString shown = withoutControlCharacters(packet);
-    QFile file(packet);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return failure(u"%1 cannot be read: %2."_s.arg(shown, file.errorString()));
-    }
-    const QByteArray start = file.read(kMoreThanAHeader);
-    if (!start.startsWith("ANDROID BACKUP\n")) {
-        return failure(u"%1 is no app packet: it does not begin with \"ANDROID BACKUP\"."_s.arg(shown));
-    }
-    if (start.split('\n').value(3) == "AES-256") {
-        return failure(u"%1 is encrypted with a password, so it cannot be read."_s.arg(shown),
-                       u"back the app up again on the phone, without a password"_s);
-    }
-    return failure(u"%1 is damaged, or of a version that cannot be read."_s.arg(shown));
+    return failure(u"%1 cannot be read: %2."_s.arg(withoutControlCharacters(packet), packetProblem(packet)),
+                   u"choose another packet, or back the app up again on the phone"_s);
 }
 
 /// The app that a packet's files belong to: the second part of "apps/<packet ID>/...". Null when there is none.

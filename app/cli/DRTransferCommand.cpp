@@ -15,6 +15,7 @@
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/core/DRLog.h"
+#include "wizard/DRMGStepKeys.h"
 
 using namespace Qt::StringLiterals;
 
@@ -39,10 +40,10 @@ DRCommandOutcome notClosed(const DRTransferRun::Result& result, const DRDCDevice
     if (result.ending == Ending::Interrupted) {
         return stopped();
     }
-    if (result.landedOn == u"phoneIncompatible") {
+    if (result.landedOn == DRMGStepKeys::kPhoneIncompatible) {
         return DRPhoneChoice::compatibility(phone);
     }
-    if (result.landedOn == u"memoryWarning") {
+    if (result.landedOn == DRMGStepKeys::kMemoryWarning) {
         return {DRExitCode::NotEnoughSpace,
                 u"There is not enough space on the phone: %1 are needed."_s.arg(sizeText(plan.bytesNeeded)),
                 u"delete files on the phone, or move less: --except photos,videos,music"_s};

@@ -7,6 +7,7 @@
 #include "platform/device/DRBRBackupInfo.h"
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/device/DRDCNotifications.h"
+#include "wizard/DRMGStepKeys.h"
 #include "wizard/steps/DRMGSequenceStepComplete.h"
 
 #include <QFileInfo>
@@ -20,9 +21,6 @@ namespace {
 using Ending = DRTransferRun::Result::Ending;
 using Phase = DRMGSequenceStepTransfer::Phase;
 
-const QString kTransferStep = u"transfer"_s;
-const QString kCompleteStep = u"complete"_s;
-
 } // namespace
 
 DRTransferRun::DRTransferRun(const DRMGContext& context, DRTransferObserver& observer, DRInterrupt& interrupt)
@@ -30,7 +28,7 @@ DRTransferRun::DRTransferRun(const DRMGContext& context, DRTransferObserver& obs
       m_observer(observer),
       m_interrupt(interrupt),
       m_sequence(DRMGSequence::sequence(context)),
-      m_step(qobject_cast<DRMGSequenceStepTransfer*>(m_sequence->stepForKey(kTransferStep)))
+      m_step(qobject_cast<DRMGSequenceStepTransfer*>(m_sequence->stepForKey(DRMGStepKeys::kTransfer)))
 {
 }
 
@@ -50,17 +48,17 @@ DRTransferRun::Result DRTransferRun::run(const DRMigrateIPhoneBackupEntryPointer
 
     const DRSequenceStep* landedOn = m_sequence->currentStep();
     m_result.landedOn = landedOn == nullptr ? QString() : landedOn->key();
-    if (m_result.landedOn == kTransferStep && m_step->progressPhase() == Phase::NotStarted) {
+    if (m_result.landedOn == DRMGStepKeys::kTransfer && m_step->progressPhase() == Phase::NotStarted) {
         m_result.ending = Ending::PhoneGone;
         return m_result;
     }
-    if (m_result.landedOn == kTransferStep) {
+    if (m_result.landedOn == DRMGStepKeys::kTransfer) {
         m_interrupt.setHandler([this] { onInterrupt(); });
         m_loop.exec();
         fillFromParameters();
         return m_result;
     }
-    if (m_result.landedOn == kCompleteStep) {
+    if (m_result.landedOn == DRMGStepKeys::kComplete) {
         fillFromParameters();
     }
     return m_result;
@@ -75,7 +73,7 @@ void DRTransferRun::observeStep()
     QObject::connect(m_step, &DRMGSequenceStepTransfer::restoreWillBegin, &m_loop, [this] { tellWarnings(); });
     QObject::connect(m_sequence.get(), &DRSequence::currentStepChanged, &m_loop, [this] {
         const DRSequenceStep* step = m_sequence->currentStep();
-        if (step != nullptr && step->key() == kCompleteStep) {
+        if (step != nullptr && step->key() == DRMGStepKeys::kComplete) {
             m_result.ending = Ending::Closed;
             m_loop.quit();
         }
@@ -153,7 +151,8 @@ void DRTransferRun::fillFromParameters()
     m_result.phoneEntry = phoneEntry();
     m_result.phoneBackupPath = phoneBackupPath();
     m_result.phoneBackupName = m_sequence->parameters().value<QString>(DRMGSequence::kBackupName);
-    if (const auto* complete = qobject_cast<DRMGSequenceStepComplete*>(m_sequence->stepForKey(kCompleteStep))) {
+    if (const auto* complete =
+            qobject_cast<DRMGSequenceStepComplete*>(m_sequence->stepForKey(DRMGStepKeys::kComplete))) {
         m_result.errorState = static_cast<int>(complete->errorState());
     }
 }

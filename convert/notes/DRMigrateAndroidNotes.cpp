@@ -82,14 +82,14 @@ bool DRMigrateAndroidNotes::insertNotes(DRDatabase& database,
 {
     DRTransaction transaction(database);
     for (const DRImportedNote* note : notes) {
+        if (!transaction.isOpen()) {
+            break;
+        }
         if (note->insertNoteIntoAndroidDatabase(database, services().clock)) {
             ++outcome.written;
             continue;
         }
         outcome.skipped.push_back({.what = nameOf(*note), .why = database.lastErrorMessage()});
-        if (!transaction.isOpen()) {
-            break;
-        }
     }
     if (!transaction.commit()) {
         outcome.written = 0;

@@ -7,6 +7,8 @@
 #include "platform/core/DRDates.h"
 #include "platform/core/DRLog.h"
 
+#include <QHash>
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -15,12 +17,33 @@ namespace {
 
 const QString kNotesDatabase = u"HomeDomain-Library/Notes/notes.sqlite"_s;
 
-DRImportedNote noteFromRows(const DRResultSet& note, const DRResultSet& body)
+/// The HTML of the first body row of each note, by the note's key.
+struct Bodies {
+    QHash<qint64, QString> htmlByOwner;
+    bool isComplete = true;
+};
+
+/// Read in one go: a database without an index on the owner would otherwise be searched once per note.
+Bodies readBodies(DRDatabase& database)
+{
+    Bodies bodies;
+    DRResultSet body = database.executeQuery(u"SELECT * FROM ZNOTEBODY"_s);
+    while (body.next()) {
+        const qint64 owner = body.integer("ZOWNER");
+        if (!body.isNull("ZOWNER") && !bodies.htmlByOwner.contains(owner)) {
+            bodies.htmlByOwner.insert(owner, body.string("ZCONTENT"));
+        }
+    }
+    bodies.isComplete = !body.hasFailed();
+    return bodies;
+}
+
+DRImportedNote noteFromRow(const DRResultSet& note, const QString& bodyHtml)
 {
     return {
         .title = convertNoteHTMLToText(note.string("ZTITLE")),
         .summary = note.string("ZSUMMARY"),
-        .content = convertNoteHTMLToText(body.string("ZCONTENT")),
+        .content = convertNoteHTMLToText(bodyHtml),
         .creationDate = DRDates::fromReferenceSeconds(note.real("ZCREATIONDATE")),
         .modificationDate = DRDates::fromReferenceSeconds(note.real("ZMODIFICATIONDATE")),
     };
@@ -51,19 +74,17 @@ bool DRMigrateIPhoneNotes::readNotes(DRDatabase& database)
     DREntryList notes;
     DRMigrateReport outcome;
     qint64 withoutBody = 0;
+    Bodies bodies = readBodies(database);
     DRResultSet note = database.executeQuery(u"SELECT * FROM ZNOTE"_s);
-    DRStatement bodyOfNote = database.prepare(u"SELECT * FROM ZNOTEBODY WHERE ZOWNER=?"_s);
     while (note.next()) {
-        DRResultSet body = bodyOfNote.query({note.integer("Z_PK")});
-        if (body.next()) {
-            notes.emplace_back(noteFromRows(note, body));
-        } else if (body.hasFailed()) {
-            outcome.skipped.push_back({.what = u"A note"_s, .why = u"its text in the backup cannot be read"_s});
-        } else {
+        const auto body = bodies.htmlByOwner.constFind(note.integer("Z_PK"));
+        if (body == bodies.htmlByOwner.cend()) {
             ++withoutBody;
+            continue;
         }
+        notes.emplace_back(noteFromRow(note, *body));
     }
-    if (note.hasFailed()) {
+    if (note.hasFailed() || !bodies.isComplete) {
         qCWarning(lcMigrate, "The notes of the backup cannot be read: %ls",
                   qUtf16Printable(database.lastErrorMessage()));
         if (notes.empty()) {

@@ -1,18 +1,23 @@
 #include "model/packet/DRPacketProblem.h"
 
 #include "model/packet/DRPacketHeader.h"
+#include "platform/core/DRFileDescriptor.h"
 
-#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 QString packetProblem(const QString& packet)
 {
-    QFile file(packet);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return u"it was not fetched from the phone"_s;
+    const DRFileDescriptor file = DRFileDescriptor::openRegularFile(QFileInfo(packet).canonicalFilePath());
+    if (!file.isOpen()) {
+        return u"there is no such file"_s;
     }
-    const QList<QByteArray> lines = file.read(kLongestPacketHeader).split('\n');
+    QByteArray start(kLongestPacketHeader, '\0');
+    start.truncate(std::max<qint64>(file.read(start.data(), start.size()), 0));
+    const QList<QByteArray> lines = start.split('\n');
     if (lines.front() != "ANDROID BACKUP" || lines.size() < 5) {
         return u"it is not in the format of Android backups"_s;
     }

@@ -2,11 +2,19 @@
 
 #include "platform/core/DRTaskQueue.h"
 
-#include <QObject>
-#include <QThreadPool>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
 
-/// The program's task queue: a pool of threads, and the event loop of the thread that made this object.
+#include <QObject>
+
+/// The program's task queue: threads of its own, made when they are needed, and the event loop of the thread that made this object.
 /// Make it on the main thread; its destruction waits for tasks that already run and drops those still waiting.
+///
+/// Tasks are handed over under a lock of the standard library, not of Qt's: so the thread sanitizer sees the hand-over and reports
+/// real races only.
 class DRThreadPoolTaskQueue final : public DRTaskQueue {
 public:
     DRThreadPoolTaskQueue();
@@ -18,6 +26,17 @@ public:
     void runOnMainThread(std::function<void()> task) override;
 
 private:
+    void workInBackground();
+    void runNextMainTask();
+
+    const std::size_t m_maximumThreads;
+    std::mutex m_mutex; ///< guards everything below but the anchor
+    std::condition_variable m_hasWork;
+    std::deque<std::function<void()>> m_backgroundTasks;
+    std::deque<std::function<void()>> m_mainTasks;
+    std::size_t m_idleThreads = 0;
+    bool m_isEnding = false;
+    std::vector<std::thread> m_threads;
+
     QObject m_mainThreadAnchor; ///< lives in the main thread; events posted to it run there, in order
-    QThreadPool m_pool;
 };

@@ -43,7 +43,8 @@ struct DRDCFileFailure {
 using DRDCFileFailures = std::optional<std::vector<DRDCFileFailure>>;
 
 /// One piece of work on a phone, run once. It works in the background; its events (DRDCNotifications.h) and its handler arrive on
-/// the main thread, the handler once and last, also when the phone vanishes.
+/// the main thread, the handler once and last, also when the phone vanishes. Once started it keeps itself, the phone and the
+/// files alive until the handler has returned, so whoever started it may let go of it.
 class DRDCDeviceTask {
 public:
     using PacketHandler = std::function<void(const DRDCTaskResult&)>;

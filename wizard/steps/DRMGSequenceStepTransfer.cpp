@@ -135,7 +135,6 @@ void DRMGSequenceStepTransfer::resetRun()
     m_errorCode = 0;
     m_errorDetails.clear();
     m_skippedPackets.clear();
-    m_deviceTask.reset();
     for (const QString& key : {DRMGSequence::kAndroidBackupEntry, DRMGSequence::kAndroidBackupPackets,
                                DRMGSequence::kBackupName, DRMGSequence::kBackupInfo}) {
         sequence()->parameters().remove(
@@ -222,6 +221,11 @@ void DRMGSequenceStepTransfer::markPacket(const DRNotification& notification, qi
     if (dataType) {
         dataType->setFlags(dataType->flags() | flag);
     }
+}
+
+void DRMGSequenceStepTransfer::addSkipped(const std::vector<DRDCPacketProblem>& problems)
+{
+    m_skippedPackets.insert(m_skippedPackets.end(), problems.begin(), problems.end());
 }
 
 void DRMGSequenceStepTransfer::addErrorDetails(const std::vector<DRDCPacketProblem>& problems)

@@ -75,8 +75,8 @@ public:
     /// `DRMGSequence::kBackupInfo` names the folder of the rebuilt packets once these are being restored.)
     [[nodiscard]] QString phoneBackupFolder() const;
 
-    /// The packets that were not moved though the run went on, with reasons: one whose fetching failed and is tolerated,
-    /// those that the restore left as they were.
+    /// What was not moved though the run went on, with reasons: kinds without a reader (under their key), a packet whose
+    /// fetching failed and is tolerated, packets that the restore left as they were.
     [[nodiscard]] const std::vector<DRDCPacketProblem>& skippedPackets() const { return m_skippedPackets; }
 
     /// "hh:mm" from one hour on, else "mm:ss"; seconds are truncated.
@@ -100,6 +100,8 @@ private:
     // Fetching the phone's packets.
     void backupPackets();
     [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> makeAndroidEntry(const DRDCDevicePointer& device) const;
+    [[nodiscard]] QStringList movableTypes() const;
+    void noteUnmovableTypes();
     void addMediaDataTypes(DRMigrateAndroidBackupEntry& entry, const DRDCDevicePointer& device) const;
     void beginProgress(DRMigrateAndroidBackupEntry& entry);
     void fetchPackets(const DRDCDevicePointer& device, const QStringList& packetIDs);
@@ -149,6 +151,7 @@ private:
     void deviceTaskDidFinishBackupPacket(const DRNotification& notification);
     void deviceTaskDidFinishRestorePacket(const DRNotification& notification);
     void markPacket(const DRNotification& notification, qint64 flag);
+    void addSkipped(const std::vector<DRDCPacketProblem>& problems);
     void addErrorDetails(const std::vector<DRDCPacketProblem>& problems);
     void addErrorDetails(const DRMigrateBackupEntry& entry);
 
@@ -180,7 +183,6 @@ private:
     std::vector<DRDCPacketProblem> m_skippedPackets;
 
     DRMGEntryObservation m_observation;
-    DRDCDeviceTaskPointer m_deviceTask;
     std::unique_ptr<DRTimer> m_progressTimer;
     std::unique_ptr<DRTimer> m_closingTimer;
     std::vector<std::unique_ptr<DRNotificationCenter::Registration>> m_registrations;

@@ -59,6 +59,7 @@ void DRMGSequenceStepTransfer::backupPackets()
         return;
     }
     const auto entry = makeAndroidEntry(device);
+    noteUnmovableTypes();
     if (entry->dataTypeKeys().isEmpty()) { // no completion would ever come
         m_errorDetails = selectedTypes();
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
@@ -75,11 +76,33 @@ void DRMGSequenceStepTransfer::backupPackets()
     fetchPackets(device, packetIDs);
 }
 
+/// A kind that the iPhone's entry has no data type for would never be merged, and the run would wait for it for ever.
+QStringList DRMGSequenceStepTransfer::movableTypes() const
+{
+    const auto source = iPhoneBackupEntry();
+    QStringList keys = selectedTypes();
+    keys.removeIf([&source](const QString& key) {
+        const QString dataTypeKey = key == DRMigrateKeys::kVideos ? DRMigrateKeys::kImages : key;
+        return !source || !source->dataTypeForKey(dataTypeKey);
+    });
+    return keys;
+}
+
+void DRMGSequenceStepTransfer::noteUnmovableTypes()
+{
+    const QStringList movable = movableTypes();
+    for (const QString& key : selectedTypes()) {
+        if (!movable.contains(key)) {
+            addSkipped({{.packetID = key, .reason = u"it cannot be read from an iPhone backup yet"_s}});
+        }
+    }
+}
+
 std::shared_ptr<DRMigrateAndroidBackupEntry>
 DRMGSequenceStepTransfer::makeAndroidEntry(const DRDCDevicePointer& device) const
 {
     auto entry = std::make_shared<DRMigrateAndroidBackupEntry>(context().services);
-    for (const QString& key : selectedTypes()) {
+    for (const QString& key : movableTypes()) {
         if (key != DRMigrateKeys::kImages && key != DRMigrateKeys::kVideos) {
             entry->addDataType(key, device);
         }
@@ -91,7 +114,7 @@ DRMGSequenceStepTransfer::makeAndroidEntry(const DRDCDevicePointer& device) cons
 void DRMGSequenceStepTransfer::addMediaDataTypes(DRMigrateAndroidBackupEntry& entry,
                                                  const DRDCDevicePointer& device) const
 {
-    const QStringList selection = selectedTypes();
+    const QStringList selection = movableTypes();
     const quint32 fileKinds = (selection.contains(DRMigrateKeys::kImages) ? DRMigrateFileKinds::kPhotos : 0) |
                               (selection.contains(DRMigrateKeys::kVideos) ? DRMigrateFileKinds::kVideos : 0);
     if (fileKinds != 0) {
@@ -137,12 +160,12 @@ void DRMGSequenceStepTransfer::fetchPackets(const DRDCDevicePointer& device, con
     info->addPacketsToBackup(packetIDs);
     sequence()->parameters().setValue(DRMGSequence::kBackupInfo, info);
 
-    m_deviceTask = device->requestTask();
-    m_deviceTask->setTaskID(u"kDBRCDeviceTaskID_BackupMigrate"_s);
-    m_deviceTask->backupPacketsWithDevice(device, *info, services.backupRestoreController.dataTypesDefaultSortOrder(),
-                                          inThisRun<DRDCTaskResult>([this, folder](const DRDCTaskResult& result) {
-                                              backupPacketsDone(&result, folder);
-                                          }));
+    const DRDCDeviceTaskPointer task = device->requestTask();
+    task->setTaskID(u"kDBRCDeviceTaskID_BackupMigrate"_s);
+    task->backupPacketsWithDevice(device, *info, services.backupRestoreController.dataTypesDefaultSortOrder(),
+                                  inThisRun<DRDCTaskResult>([this, folder](const DRDCTaskResult& result) {
+                                      backupPacketsDone(&result, folder);
+                                  }));
 }
 
 void DRMGSequenceStepTransfer::backupPacketsDone(const DRDCTaskResult* result, const QString& folder)
@@ -160,7 +183,7 @@ void DRMGSequenceStepTransfer::backupPacketsDone(const DRDCTaskResult* result, c
         return;
     }
     if (result != nullptr) {
-        m_skippedPackets = result->failures; // the tolerated one, if any: it must not be forgotten
+        addSkipped(result->failures); // the tolerated one, if any: it must not be forgotten
     }
     const auto entry = androidEntry();
     entry->setBackupPath(result == nullptr ? QString() : folder);
@@ -267,9 +290,9 @@ void DRMGSequenceStepTransfer::startRestore(const DRDCDevicePointer& device)
     const auto info = sequence()->parameters().value<std::shared_ptr<DRBRBackupInfo>>(DRMGSequence::kBackupInfo);
     info->setTargetPath(DRMigrateUtils::pathToInflateFolder(services.folders.temporary));
 
-    m_deviceTask = device->requestTask();
-    m_deviceTask->setTaskID(u"kDRBRDeviceTaskID_RestoreMigrate"_s);
-    m_deviceTask->restorePacketsWithDevice(
+    const DRDCDeviceTaskPointer task = device->requestTask();
+    task->setTaskID(u"kDRBRDeviceTaskID_RestoreMigrate"_s);
+    task->restorePacketsWithDevice(
         device, *info, services.backupRestoreController.dataTypesDefaultSortOrder(),
         inThisRun<DRDCTaskResult>([this](const DRDCTaskResult& result) { restorePacketsDone(&result); }));
 }
@@ -280,7 +303,7 @@ void DRMGSequenceStepTransfer::restorePacketsDone(const DRDCTaskResult* result)
         return;
     }
     if (result != nullptr) {
-        m_skippedPackets.insert(m_skippedPackets.end(), result->skipped.begin(), result->skipped.end());
+        addSkipped(result->skipped);
         addErrorDetails(result->failures);
     }
     if (!activeDevice()) {

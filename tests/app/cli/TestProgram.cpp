@@ -564,8 +564,9 @@ void TestProgram::packetsAreShownExpandedAndPacked()
     QCOMPARE(run({u"packet"_s, u"show"_s, packed, u"--json"_s}).document(), shown);
 
     m_sandbox->write(u"secret"_s, "ANDROID BACKUP\n1\n1\nAES-256\nx");
-    for (const auto& [file, why] : std::map<QString, QByteArray>{
-             {u"secret"_s, "encrypted"}, {u"nowhere"_s, "cannot be read"}, {u"phone/phone.json"_s, "no app packet"}}) {
+    for (const auto& [file, why] : std::map<QString, QByteArray>{{u"secret"_s, "encrypted"},
+                                                                 {u"nowhere"_s, "cannot be read"},
+                                                                 {u"phone/phone.json"_s, "not in the format"}}) {
         const auto refused = run({u"packet"_s, u"show"_s, file});
         QCOMPARE(refused.code, 1);
         QVERIFY2(refused.err.contains(why), refused.err.constData());

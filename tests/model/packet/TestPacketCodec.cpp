@@ -6,6 +6,7 @@
 #include "model/packet/DRPacketHeader.h"
 #include "model/packet/DRTarReader.h"
 #include "platform/core/DRFileDescriptor.h"
+#include "platform/sqlite/DRDatabase.h"
 #include "tests/model/packet/DRTestArchive.h"
 
 #include <QtTest>
@@ -110,8 +111,9 @@ private Q_SLOTS:
     void readBackSeesEveryChange();
     void packetThatWouldFillTheDiskIsStopped();
     void fullDiskFailsPackingAndExpanding();
-    void sizesAboveFourGibibytes();
+    void filesAboveFourGibibytesAreRead();
     void workingFolderIsMadeAndEmptied();
+    void dumpedDatabaseShowsItsRows();
 };
 
 void TestPacketCodec::init()
@@ -217,6 +219,9 @@ void TestPacketCodec::truncatedPacketEmptiesTheFolder()
                 QDir(path(u"out/in"_s)).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
         QVERIFY(!packetContents(path(u"packet"_s)));
     }
+    const QByteArray large = packet(file("a", "a") + file("b", DRTestArchive::noise(1'000'000)) + end());
+    QVERIFY(!expand(large.chopped(1))); // all of it was extracted before the damage shows
+    QVERIFY(treeOf(path(u"out/in"_s)).empty());
     QVERIFY(expand(bytes.left(headerSize))); // no payload at all is an empty archive
     QCOMPARE(DRTestArchive::read(path(u"out/in/expandBackup.tar"_s)), QByteArray(""));
 }
@@ -363,10 +368,10 @@ void TestPacketCodec::fullDiskFailsPackingAndExpanding()
     QCOMPARE(namesOf(treeOf(path(u"small"_s))), (QStringList{u"out"_s, u"packet"_s}));
 }
 
-/// A stored packet with holes: the header of a file of five gibibytes, and one behind it.
-void TestPacketCodec::sizesAboveFourGibibytes()
+/// A stored packet with a hole: a file of more than four gibibytes, and one behind it.
+void TestPacketCodec::filesAboveFourGibibytesAreRead()
 {
-    const qint64 size = (qint64{5} << 30U) + 1000;
+    const qint64 size = (qint64{4} << 30U) + 1000;
     QByteArray large = file("large", {});
     large.replace(124, 11, QByteArray::number(size, 8).rightJustified(11, '0'));
     large.replace(148, 8, "        ");
@@ -393,6 +398,23 @@ void TestPacketCodec::workingFolderIsMadeAndEmptied()
     QVERIFY(makeFiles(folder, {{u"p/x"_s, "x"}}));
     QVERIFY(DRMigrateUtils::clearTempFolder(path(u"new/deep"_s)));
     QVERIFY(QDir(folder).exists() && treeOf(folder).empty());
+}
+
+void TestPacketCodec::dumpedDatabaseShowsItsRows()
+{
+    {
+        auto database = DRDatabase::open(path(u"db"_s), DRDatabase::Profile::Create);
+        QVERIFY(database && database->executeScript(u"CREATE TABLE b(n INTEGER, t); INSERT INTO b VALUES(7, NULL);"
+                                                    "CREATE TABLE a(x TEXT); CREATE TABLE \"odd name\"(x);"_s));
+    }
+    const QByteArray rule("-----------------------\nTable name:");
+    const QByteArray summary =
+        rule + "a\n----\nCount: 0\nx\n" + rule + "b\n----\nCount: 1\nn\nt\n" + rule + "odd name\n----\nCount: 0\n";
+    QTest::ignoreMessage(QtInfoMsg, "\n\nb:\nn (INTEGER): 7\nt (): (null)\n");
+    QTest::ignoreMessage(QtInfoMsg, summary.constData());
+    DRMigrateUtils::dumpDatabase(path(u"db"_s));
+    QTest::ignoreMessage(QtInfoMsg, "\n");
+    DRMigrateUtils::dumpDatabase(path(u"missing"_s));
 }
 
 QTEST_GUILESS_MAIN(TestPacketCodec)
