@@ -1,6 +1,6 @@
-/// Measures packing and expanding against the goals, all in one run: CPU time and size of packing against the same archive through
-/// zlib level 6, wall time of expanding a phone's packet (zlib level 6) against `pigz -dc | tar -x`, and the peak memory of both.
-/// Each measurement runs in a process of its own; medians of interleaved runs are printed.
+/// Measures packing and expanding against the goals, all in one run: CPU time and size of packing against the same
+/// archive through zlib level 6, wall time of expanding a phone's packet (zlib level 6) against `pigz -dc | tar -x`,
+/// and the peak memory of both. Each measurement runs in a process of its own; medians of interleaved runs are printed.
 ///
 ///     bench_packet [--size 512M] [--runs 5] [--dir FOLDER]
 
@@ -64,8 +64,9 @@ Measurement measureOnce(const std::function<bool()>& work)
             .peakMebibytes = static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
-/// Does the work twice and answers the second measurement. A virtual machine asks its host for memory that was not used for a while,
-/// at the expense of whoever touches it first: two seconds for a gigabyte of files, which would hide all else.
+/// Does the work twice and answers the second measurement. A virtual machine asks its host for memory that was not used
+/// for a while, at the expense of whoever touches it first: two seconds for a gigabyte of files, which would hide all
+/// else.
 Measurement measure(const std::function<bool()>& work, const QString& folderToRemove = {})
 {
     Measurement measurement;

@@ -20,8 +20,8 @@ public:
     /// Whether a signal has come so far.
     [[nodiscard]] bool hasCome();
 
-    /// Reads a line from the standard input. Whether it is "y" or "yes"; false also when a signal came first or there is
-    /// no more input.
+    /// Reads a line from the standard input. Whether it is "y" or "yes"; false also when a signal came first or there
+    /// is no more input.
     [[nodiscard]] bool readsYes();
 
 private:

@@ -1,6 +1,7 @@
 #include "app/cli/DRJsonOutput.h"
 
 #include "platform/core/DRDates.h"
+#include "platform/core/DRLog.h"
 
 #include <QJsonDocument>
 
@@ -22,6 +23,23 @@ QString layoutName(DRIPhoneBackupFiles::Layout layout)
         break;
     }
     return u"unknown"_s;
+}
+
+/// The same document with the characters that could steer a terminal written as "\\uXXXX". JSON itself asks that only of those
+/// below U+0020.
+QByteArray withEscapes(const QByteArray& json)
+{
+    QString escaped;
+    const QString text = QString::fromUtf8(json);
+    escaped.reserve(text.size());
+    for (const QChar character : text) {
+        if (character != u'\n' && withoutControlCharacters(character) != character) {
+            escaped += u"\\u%1"_s.arg(uint{character.unicode()}, 4, 16, QChar(u'0'));
+        } else {
+            escaped += character;
+        }
+    }
+    return escaped.toUtf8();
 }
 
 } // namespace
@@ -66,10 +84,10 @@ QJsonObject DRJsonOutput::backup(const DRListedBackup& backup)
 
 QByteArray DRJsonOutput::document(const QJsonObject& object)
 {
-    return QJsonDocument(object).toJson(QJsonDocument::Indented);
+    return withEscapes(QJsonDocument(object).toJson(QJsonDocument::Indented));
 }
 
 QByteArray DRJsonOutput::line(const QJsonObject& object)
 {
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    return withEscapes(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n';
 }

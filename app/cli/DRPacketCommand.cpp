@@ -5,11 +5,9 @@
 #include "model/packet/DRMigratePacketCodec.h"
 #include "model/packet/DRPacketHeader.h"
 #include "model/packet/DRPacketProblem.h"
-#include "platform/core/DRFiles.h"
 #include "platform/core/DRLog.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QJsonArray>
 
 using namespace Qt::StringLiterals;
@@ -18,7 +16,7 @@ namespace {
 
 DRCommandOutcome failure(const QString& message, const QString& nextStep = {})
 {
-    return {DRExitCode::InternalError, message, nextStep};
+    return {DRExitCode::FailedPhoneUnchanged, message, nextStep};
 }
 
 DRCommandOutcome refusalOf(const QString& packet)
@@ -60,22 +58,6 @@ bool isTooPrecious(const QString& directory)
     const QString path = QFileInfo(directory).canonicalFilePath();
     const auto isIn = [&path](const QString& folder) { return (folder + u'/').startsWith(path + u'/'); };
     return path == u"/" || isIn(QDir::homePath()) || isIn(QDir::currentPath());
-}
-
-/// The regular files below `directory`/apps, relative to `directory`.
-QStringList filesBelowApps(const QString& directory)
-{
-    QStringList files;
-    QDirIterator entries(directory + u"/apps"_s, QDir::Files | QDir::Hidden | QDir::NoSymLinks,
-                         QDirIterator::Subdirectories);
-    while (entries.hasNext()) {
-        const QString path = entries.next();
-        if (DRFiles::isRegularFile(path)) {
-            files << QDir(directory).relativeFilePath(path);
-        }
-    }
-    files.sort();
-    return files;
 }
 
 } // namespace
@@ -148,7 +130,7 @@ DRCommandOutcome DRPacketCommand::expand(const QString& file, const QString& dir
 DRCommandOutcome DRPacketCommand::pack(const QString& directory, const QString& file)
 {
     const QString root = QFileInfo(directory).absoluteFilePath();
-    const QStringList found = filesBelowApps(root);
+    const QStringList found = DRMigrateUtils::filesBelowApps(root);
     QStringList packed;
     for (const QString& path : found) {
         if (DRMigrateUtils::isLeftOutOfPackets(path)) {

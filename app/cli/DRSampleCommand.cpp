@@ -18,7 +18,7 @@ DRCommandOutcome DRSampleCommand::run()
     };
     const DRSampleResult result = writeSample(directory, line().scale, startup().clock(), tell);
     if (!result.isWritten) {
-        return {DRExitCode::InternalError, withoutControlCharacters(result.message),
+        return {DRExitCode::FailedPhoneUnchanged, withoutControlCharacters(result.message),
                 u"name a new folder: phone-migrate sample DIR"_s};
     }
     if (line().json) {

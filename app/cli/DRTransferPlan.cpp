@@ -10,6 +10,7 @@
 #include "platform/device/DRDCFilesystem.h"
 
 #include <QJsonArray>
+#include <QMap>
 
 using namespace Qt::StringLiterals;
 
@@ -70,13 +71,11 @@ DRTransferPlan DRTransferPlan::make(const Request& request,
     DRTransferPlan plan;
     for (const QString& key : request.keys) {
         const DRKindContent content = DRKindContent::of(key, backup);
-        if (content.state == DRKindContent::State::NotSupported && !request.isByName) {
-            continue;
-        }
         if (content.state != DRKindContent::State::Loaded) {
-            const bool isMissing = content.state == DRKindContent::State::NotInBackup;
+            const bool isNoLoss = content.state == DRKindContent::State::NotInBackup ||
+                                  (content.state == DRKindContent::State::NotSupported && !request.isByName);
             plan.unmoved.push_back(
-                {key, isMissing ? Unmoved::Weight::NotInBackup : Unmoved::Weight::Skipped, whyNotReadable(content)});
+                {key, isNoLoss ? Unmoved::Weight::Note : Unmoved::Weight::Skipped, whyNotReadable(content)});
             continue;
         }
         const Place place = placeOf(key, phone, services);
@@ -141,8 +140,12 @@ DRCommandOutcome DRTransferPlan::refusal(Repeats repeats) const
 QStringList DRTransferPlan::notes() const
 {
     QStringList notes;
+    QMap<QString, QStringList> namesByReason;
     for (const Unmoved& kind : unmoved) {
-        notes << u"Not moved: %1: %2"_s.arg(DRKinds::nameOfKey(kind.key), kind.why);
+        namesByReason[kind.why] << DRKinds::nameOfKey(kind.key);
+    }
+    for (const auto& [why, names] : namesByReason.asKeyValueRange()) {
+        notes << u"Not moved: %1: %2"_s.arg(names.join(u", "_s), why);
     }
     if (!otherBackups.isEmpty()) {
         notes

@@ -6,7 +6,7 @@
 
 #include "app/cli/DRCommandOutcome.h"
 #include "app/cli/DRKindContent.h"
-#include "app/cli/DRTransferLedger.h"
+#include "wizard/DRTransferLedger.h"
 
 /// What a transfer of a loaded backup to a phone would do: which kinds move and where to, which do not and why. Making
 /// it touches neither phone nor disk.
@@ -24,10 +24,10 @@ struct DRTransferPlan {
     };
 
     struct Unmoved {
-        enum class Weight { Skipped, NotInBackup };
+        enum class Weight { Skipped, Note };
 
         QString key;
-        Weight weight = Weight::Skipped; ///< what is not in the backup is no loss
+        Weight weight = Weight::Skipped; ///< a note for what is not in the backup, or what nobody asked for by name
         QString why;
     };
 

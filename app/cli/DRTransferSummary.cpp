@@ -60,7 +60,7 @@ void addUnmoved(DRTransferSummary& summary, const DRTransferPlan& plan)
 {
     for (const DRTransferPlan::Unmoved& unmoved : plan.unmoved) {
         Kind& kind = summary.kinds[unmoved.key];
-        if (unmoved.weight == DRTransferPlan::Unmoved::Weight::NotInBackup) {
+        if (unmoved.weight == DRTransferPlan::Unmoved::Weight::Note) {
             kind.note = unmoved.why;
             continue;
         }
@@ -93,8 +93,11 @@ DRCommandOutcome failure(const DRTransferSummary& summary, const DRTransferRun::
     }
     const QString why = details.isEmpty() ? u"."_s : u": "_s + details + u'.';
     if (result.errorState != kPhonePartlyChanged) {
+        const bool isPhoneGone = result.errorCode == DRMGSequenceStepTransfer::kErrorPhoneGone;
         return {DRExitCode::FailedPhoneUnchanged, u"The transfer failed, nothing was written to the phone"_s + why,
-                u"check that the phone is connected, then type the same again; with --verbose it tells more"_s};
+                isPhoneGone
+                    ? u"connect the phone again, then type the same again"_s
+                    : u"do what helps against that, or leave the kind out with --except; --verbose tells more"_s};
     }
     if (std::ranges::none_of(summary.kinds, [](const auto& entry) { return isDelivered(entry.second.flags); })) {
         return {DRExitCode::FailedPhoneChanged,

@@ -6,6 +6,7 @@
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/device/DRDCDeviceController.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -31,7 +32,10 @@ bool DRMigrateAndroidPhotos::save()
         return true;
     }
     if (!m_cleaner) {
-        if (mediaCountOfFileKinds(DRMigrateFileKinds::kVideos) > 0) {
+        const auto isVideo = [](const DRDCFilePointer& file) {
+            return (file->fileKind() & DRMigrateFileKinds::kVideos) != 0;
+        };
+        if (std::ranges::any_of(entriesToTransfer(), isVideo)) {
             DRMigrateReport changed = report();
             changed.warnings.append(u"Videos are copied as they are; this phone's player may refuse some of them"_s);
             setReport(std::move(changed));

@@ -26,11 +26,12 @@ qint64 millisecondsOrNow(const QDateTime& date, const DRClock& clock)
 bool DRImportedNote::insertNoteIntoAndroidDatabase(DRDatabase& database, const DRClock& clock) const
 {
     const QString empty = u""_s;
-    const bool isInserted = database.executeUpdate(
+    const bool hasRun = database.executeUpdate(
         u"INSERT INTO notes (title, body, created, modified, deleted, meta_info, doodle_path, voice_path, background, "
         "isdirty, usn, account_id) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"_s,
         {title, content, millisecondsOrNow(creationDate, clock), millisecondsOrNow(modificationDate, clock),
          kNotDeleted, empty, empty, empty, kBackground, kDirty, kNoUpdateSequenceNumber, kLocalAccount});
+    const bool isInserted = hasRun && database.changedRowCount() == 1; // a trigger may ignore the row
     if (!isInserted) {
         qCWarning(lcMigrate, "ERROR inserting note: %ls", qUtf16Printable(database.lastErrorMessage()));
     }

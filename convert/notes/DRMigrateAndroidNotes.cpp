@@ -38,10 +38,11 @@ bool DRMigrateAndroidNotes::load()
         return false;
     }
     if (!checkForManifest()) {
-        DRMigrateReport outcome;
+        setIgnoreDataType(true);
+        DRMigrateReport outcome = report();
         outcome.skipped.push_back(
             {.what = u"The notes app"_s,
-             .why = u"its packet from the phone has no manifest, so the phone will not take it back"_s});
+             .why = u"its packet from the phone has no manifest, so the phone would not take it back"_s});
         setReport(std::move(outcome));
     }
     return true;
@@ -53,6 +54,10 @@ bool DRMigrateAndroidNotes::mergeDataFrom(const DRMigrateDataType& source)
     const auto notes = recordsOf<DRImportedNote>(*entries);
     DRMigrateReport outcome = report();
     outcome.found = static_cast<qint64>(notes.size());
+    if (ignoreDataType()) {
+        setReport(std::move(outcome));
+        return true;
+    }
 
     const QString path = pathInApp(u"db/note.db"_s);
     bool isMerged = prepareDatabase(path, outcome);
@@ -102,5 +107,5 @@ bool DRMigrateAndroidNotes::insertNotes(DRDatabase& database,
 
 bool DRMigrateAndroidNotes::save()
 {
-    return packPacket();
+    return ignoreDataType() || packPacket();
 }

@@ -10,7 +10,7 @@ class DRMigrateAndroidNotes final : public DRMigrateDataType {
 public:
     using DRMigrateDataType::DRMigrateDataType;
 
-    /// Expands the packet.
+    /// Expands the packet. One without a manifest is ignored from then on: the phone would drop it, so its own stays.
     [[nodiscard]] bool load() override;
 
     /// Writes every note of the source as a new row, in one transaction; notes that are there already, also the same

@@ -56,7 +56,7 @@ bool DRMigrateIPhoneNotes::load()
     if (sourcePath().isEmpty()) {
         return false;
     }
-    if (DRIPhoneBackupFiles::pathOfBackedUpFile(sourcePath(), kNotesDatabase).isEmpty()) {
+    if (!DRIPhoneBackupFiles::holds(sourcePath(), kNotesDatabase)) {
         setReport({.isNotInBackup = true});
         return false;
     }

@@ -3,6 +3,7 @@
 #include <QChar>
 #include <QStringView>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -64,9 +65,10 @@ std::optional<char32_t> referencedCharacter(QStringView name)
     if (!name.startsWith(u'#')) {
         return std::nullopt;
     }
-    const bool isHexadecimal = name.startsWith(u"#x", Qt::CaseInsensitive);
+    const bool isHexadecimal = name.startsWith(u"#x");
     const QStringView digits = name.sliced(isHexadecimal ? 2 : 1);
-    bool isNumber = !digits.isEmpty() && digits.at(0) != u'+' && digits.at(0) != u'-' && !digits.at(0).isSpace();
+    const QStringView alphabet = isHexadecimal ? QStringView(u"0123456789abcdefABCDEF") : QStringView(u"0123456789");
+    bool isNumber = std::ranges::all_of(digits, [alphabet](QChar digit) { return alphabet.contains(digit); });
     const uint value = isNumber ? digits.toUInt(&isNumber, isHexadecimal ? 16 : 10) : 0;
     const bool isCharacter = isNumber && value != 0 && value <= QChar::LastValidCodePoint && !QChar::isSurrogate(value);
     return isCharacter ? std::optional(char32_t{value}) : std::nullopt;

@@ -3,10 +3,8 @@
 #include "model/backup_entry/DRMigrateServices.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "model/packet/DRPacketProblem.h"
-#include "platform/core/DRFiles.h"
 #include "platform/core/DRTaskQueue.h"
 
-#include <QDirIterator>
 #include <QFile>
 
 #include <algorithm>
@@ -21,11 +19,21 @@ constexpr quint64 kPacketWeightBytes = 4194304;
 
 constexpr auto kPacketFileName = "fullbackupdata"_L1;
 
-QString leftOutWarning(qsizetype count, const QString& firstName)
+DRMigrateSkippedItem leftOutFile(const QString& path)
 {
-    return u"%1 of the app's own files, such as “%2”, cannot be put into a packet because the name begins with a dot"_s
-        .arg(count)
-        .arg(firstName);
+    return {.what = u"The phone's own file "_s + path, .why = u"packets cannot hold a name that begins with a dot"_s};
+}
+
+/// What of the phone's own packet could not be expanded, and so will be missing from the rebuilt one.
+void addLosses(DRMigrateReport& report, const DRMigrateUtils::PacketExpansion& expansion)
+{
+    if (expansion.isDamaged) {
+        report.skipped.push_back({.what = u"The end of the phone's packet"_s, .why = u"it is damaged"_s});
+    }
+    if (expansion.leftOutCount > 0) {
+        report.skipped.push_back({.what = u"Entries of the phone's packet: %1"_s.arg(expansion.leftOutCount),
+                                  .why = u"they are links, devices or lead outside"_s});
+    }
 }
 
 } // namespace
@@ -102,17 +110,7 @@ quint64 DRMigrateDataType::bytesTransferred() const
 
 QStringList DRMigrateDataType::filesInAppsFolder() const
 {
-    const QString packetFolder = m_targetPath + u'/' + m_packetID + u'/';
-    QStringList files;
-    QDirIterator iterator(packetFolder + u"apps"_s, QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                          QDirIterator::Subdirectories);
-    while (iterator.hasNext()) {
-        const QString path = iterator.next();
-        if (DRFiles::isRegularFile(path)) {
-            files.append(path.mid(packetFolder.size()));
-        }
-    }
-    return files;
+    return DRMigrateUtils::filesBelowApps(m_targetPath + u'/' + m_packetID);
 }
 
 bool DRMigrateDataType::checkForManifest()
@@ -158,10 +156,13 @@ bool DRMigrateDataType::expandPacket()
         return false;
     }
     const QString packet = m_sourcePath + u'/' + m_packetID + u'/' + kPacketFileName;
-    if (DRMigrateUtils::expandAndroidBackupPacket(packet, m_targetPath + u'/' + m_packetID)) {
+    const auto expansion = DRMigrateUtils::expandPacket(packet, m_targetPath + u'/' + m_packetID);
+    DRMigrateReport changed = report();
+    if (expansion.isExpanded) {
+        addLosses(changed, expansion);
+        setReport(std::move(changed));
         return true;
     }
-    DRMigrateReport changed = report();
     changed.skipped.push_back({.what = u"The phone's packet "_s + m_packetID, .why = packetProblem(packet)});
     setReport(std::move(changed));
     return false;
@@ -174,17 +175,16 @@ bool DRMigrateDataType::packPacket()
     }
     const QString folder = m_targetPath + u'/' + m_packetID;
     const QStringList files = filesInAppsFolder();
-    QStringList leftOut;
-    std::ranges::copy_if(files, std::back_inserter(leftOut), DRMigrateUtils::isLeftOutOfPackets);
-    if (!leftOut.isEmpty()) {
-        DRMigrateReport changed = report();
-        changed.warnings.append(leftOutWarning(leftOut.size(), leftOut.constFirst()));
-        setReport(std::move(changed));
+    DRMigrateReport changed = report();
+    for (const QString& file : files) {
+        if (DRMigrateUtils::isLeftOutOfPackets(file)) {
+            changed.skipped.push_back(leftOutFile(file));
+        }
     }
+    setReport(changed);
     if (DRMigrateUtils::compressAndroidBackupPacket(folder, files, folder + u'/' + kPacketFileName)) {
         return true;
     }
-    DRMigrateReport changed = report();
     changed.skipped.push_back({.what = u"The phone's packet "_s + m_packetID,
                                .why = u"it cannot be packed again; is the disk of this computer full?"_s});
     setReport(std::move(changed));

@@ -113,12 +113,11 @@ protected:
     [[nodiscard]] const DRMigrateServices& services() const { return m_services; }
 
     /// Expands `sourcePath`/`packetID`/"fullbackupdata" into `targetPath`/`packetID`. False when one of them is empty
-    /// or the packet cannot be expanded; the report says which.
+    /// or the packet cannot be expanded; the report says why. It also names what of an expanded packet was lost.
     [[nodiscard]] bool expandPacket();
 
     /// Packs `filesInAppsFolder` into `targetPath`/`packetID`/"fullbackupdata". False when `targetPath` or `packetID`
-    /// is empty or packing fails. Files that packets leave out (names that begin with a dot) become a warning of the
-    /// report.
+    /// is empty or packing fails. The report names the files that packets leave out (names that begin with a dot).
     [[nodiscard]] bool packPacket();
 
     /// `targetPath`/`packetID`/"apps"/`packetID`/`relativePath`: a file of the app in the expanded packet.

@@ -1,6 +1,7 @@
 #include "model/iphone_backup/DRIPhoneBackupFiles.h"
 
 #include "platform/core/DRDigest.h"
+#include "platform/core/DRFileDescriptor.h"
 #include "platform/core/DRFiles.h"
 #include "platform/core/DRPrivateFolder.h"
 
@@ -16,6 +17,15 @@ namespace DRIPhoneBackupFiles {
 namespace {
 
 using Profile = DRDatabase::Profile;
+
+/// Where the backup would hold the file; empty when its layout is unknown to this program. The backup's folder itself may be
+/// reached through links that its owner made; nothing inside it may be one.
+QString placeOf(const QString& backupPath, const QString& domainPath)
+{
+    const QString folder = QFileInfo(backupPath).canonicalFilePath();
+    const bool isReadable = !folder.isEmpty() && layoutOfBackup(folder) != Layout::Database;
+    return isReadable ? folder + u'/' + sha1HexString(domainPath) : QString();
+}
 
 /// Copies the database and its log to a private folder under names that belong together and opens the copy there.
 std::optional<OpenDatabase> openCopyWithLog(const QString& database, const QString& log, const QString& temporaryFolder)
@@ -43,15 +53,16 @@ Layout layoutOfBackup(const QString& backupPath)
     return QFileInfo::exists(backupPath + u"/Manifest.db"_s) ? Layout::Database : Layout::Unknown;
 }
 
+bool holds(const QString& backupPath, const QString& domainPath)
+{
+    const QString place = placeOf(backupPath, domainPath);
+    return !place.isEmpty() && statusWithoutFollowing(place).has_value();
+}
+
 QString pathOfBackedUpFile(const QString& backupPath, const QString& domainPath)
 {
-    // The backup's folder itself may be reached through links that its owner made; nothing inside it may be one.
-    const QString folder = QFileInfo(backupPath).canonicalFilePath();
-    if (folder.isEmpty() || layoutOfBackup(folder) == Layout::Database) {
-        return {};
-    }
-    const QString path = folder + u'/' + sha1HexString(domainPath);
-    return DRFiles::isRegularFile(path) ? path : QString();
+    const QString place = placeOf(backupPath, domainPath);
+    return DRFiles::isRegularFile(place) ? place : QString();
 }
 
 OpenDatabase::OpenDatabase(DRDatabase database, std::shared_ptr<void> privateCopy)
@@ -67,6 +78,9 @@ openBackedUpDatabase(const QString& backupPath, const QString& domainPath, const
         return std::nullopt;
     }
     const QString log = pathOfBackedUpFile(backupPath, domainPath + u"-wal"_s);
+    if (log.isEmpty() && holds(backupPath, domainPath + u"-wal"_s)) {
+        return std::nullopt; // without it the newest rows would be missing unnoticed
+    }
     if (!log.isEmpty() && QFileInfo(log).size() > 0) {
         return openCopyWithLog(path, log, temporaryFolder);
     }

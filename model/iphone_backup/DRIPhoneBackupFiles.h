@@ -20,6 +20,9 @@ enum class Layout {
 
 [[nodiscard]] Layout layoutOfBackup(const QString& backupPath);
 
+/// Whether the backup holds anything under `domainPath`, readable or not.
+[[nodiscard]] bool holds(const QString& backupPath, const QString& domainPath);
+
 /// The readable file that holds `domainPath`, a domain and relative path joined by "-" such as
 /// "HomeDomain-Library/Notes/notes.sqlite". Empty when the backup does not hold it as a regular file.
 [[nodiscard]] QString pathOfBackedUpFile(const QString& backupPath, const QString& domainPath);
@@ -39,7 +42,7 @@ private:
 
 /// Opens the database under `domainPath`. Where the backup holds its write-ahead log as a file of its own, both are
 /// copied to a private folder below `temporaryFolder` and the copy is opened, for the newest rows are only in the log.
-/// None when the backup does not hold it or it cannot be opened; the backup is never changed.
+/// None when the backup does not hold it, or it or its log cannot be opened; the backup is never changed.
 [[nodiscard]] std::optional<OpenDatabase>
 openBackedUpDatabase(const QString& backupPath, const QString& domainPath, const QString& temporaryFolder);
 

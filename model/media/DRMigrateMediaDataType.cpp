@@ -98,7 +98,7 @@ void DRMigrateMediaDataType::transferFilesDone(const DRDCFileFailures& failures)
     changed.written = failures ? files - failed : 0;
     if (failures) {
         for (const DRDCFileFailure& failure : *failures) {
-            changed.skipped.push_back({.what = failure.file->sourcePath(), .why = failure.reason});
+            changed.skipped.push_back({.what = failure.file->displayName(), .why = failure.reason});
         }
     }
     setReport(std::move(changed));
@@ -111,8 +111,8 @@ void DRMigrateMediaDataType::transferFilesDone(const DRDCFileFailures& failures)
 DRMigrateMediaDataType::FilePreparation DRMigrateMediaDataType::placementIn(const QString& folder)
 {
     return [folder](DRDCFile& file, const DRDCFilesystem& /*filesystem*/) {
-        const QString name = file.metadataForKey(QLatin1StringView(DRDCFile::kTargetFileName)).toString();
-        file.setMetadata(folder + u'/' + name, QLatin1StringView(DRDCFile::kTargetPath));
+        file.setMetadata(folder + u'/' + file.displayName().replace(u'/', u'_'),
+                         QLatin1StringView(DRDCFile::kTargetPath));
     };
 }
 

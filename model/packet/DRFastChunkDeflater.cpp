@@ -11,8 +11,8 @@ namespace {
 constexpr uint32_t kLevel = 3;
 constexpr uint32_t kLevelBufferBytes = ISAL_DEF_LVL3_DEFAULT;
 
-/// Half of a packet is pictures and films, which deflate cannot make smaller. Trying it on these samples, each longer than the
-/// window, costs a tenth of trying it on all.
+/// Half of a packet is pictures and films, which deflate cannot make smaller. Trying it on these samples, each longer
+/// than the window, costs a tenth of trying it on all.
 constexpr std::size_t kSampleBytes = std::size_t{48} * 1024;
 constexpr uint32_t kSampleLevel = 1;
 constexpr std::size_t kLeastChunkToSample = 4 * kSampleBytes;

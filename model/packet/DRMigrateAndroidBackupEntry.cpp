@@ -20,7 +20,9 @@ const QString kDescriptionFile = u"/BackupData.plist"_s;
 bool writeFile(const QString& path, const QByteArray& bytes)
 {
     QFile file(path);
-    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) && file.write(bytes) == bytes.size() && file.flush();
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+           file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) && file.write(bytes) == bytes.size() &&
+           file.flush();
 }
 
 } // namespace
@@ -77,7 +79,9 @@ bool DRMigrateAndroidBackupEntry::mergeWithBackup(const DRMigrateBackupEntry& so
 
 void DRMigrateAndroidBackupEntry::saveAll()
 {
-    if (auto description = DRPropertyList::readDictionary(backupPath() + kDescriptionFile)) {
+    const QString fetched = backupPath();
+    auto description = fetched.isEmpty() ? std::nullopt : DRPropertyList::readDictionary(fetched + kDescriptionFile);
+    if (description) {
         description->insert(u"BackupDate"_s, services().clock.now());
         const QString copy = DRMigrateUtils::pathToInflateFolder(services().folders.temporary) + kDescriptionFile;
         if (!writeFile(copy, DRPropertyList::xmlFromDictionary(*description))) {

@@ -20,13 +20,25 @@ namespace DRMigrateUtils {
 /// read is extracted; the test for the app's manifest that follows catches it.
 [[nodiscard]] bool expandAndroidBackupPacket(const QString& packet, const QString& targetDirectory);
 
-/// Packs `filesToInclude` (paths relative to `directory`) into the packet file `targetFile`, keeping the archive as
+/// The same, telling also what an expanded packet has lost.
+struct PacketExpansion {
+    bool isExpanded = false; ///< what `expandAndroidBackupPacket` answers
+    bool isDamaged = false;  ///< the archive could not be read to its end
+    int leftOutCount = 0;    ///< entries that were left out
+};
+[[nodiscard]] PacketExpansion expandPacket(const QString& packet, const QString& targetDirectory);
+
+/// Packs `filesToInclude` (paths relative to `directory`, names as `DRFileNames` makes them) into the packet file `targetFile`, keeping the archive as
 /// `directory`/"compressBackup.tar". Manifests come first, then names in ascending order of bytes; files with a name or
 /// folder that begins with a dot are left out. The written packet is read back and compared before it replaces
 /// `targetFile`. False when a file cannot be read, the disk is full or the comparison fails; `targetFile` then is what
 /// it was before.
 [[nodiscard]] bool
 compressAndroidBackupPacket(const QString& directory, const QStringList& filesToInclude, const QString& targetFile);
+
+/// The regular files below `packetFolder`/"apps", as paths relative to `packetFolder` that begin with "apps/", with names as
+/// `DRFileNames` makes them, in the order in which the file system lists them. Links are no regular files.
+[[nodiscard]] QStringList filesBelowApps(const QString& packetFolder);
 
 /// Whether packing leaves the file out because a component of its path begins with a dot.
 [[nodiscard]] bool isLeftOutOfPackets(const QString& relativePath);

@@ -86,13 +86,13 @@ void logOddities(const DRExtraction& extraction)
 }
 
 /// Two threads: one inflates and keeps the archive, the other extracts it.
-bool expandInto(const QString& directory, DRPacketPayload& payload)
+DRMigrateUtils::PacketExpansion expandInto(const QString& directory, DRPacketPayload& payload)
 {
     DRPacketFolder folder(directory);
     DRPendingFile archive(directory + u"/expandBackup.tar"_s);
     if (!folder.root().isOpen() || !archive.file().isOpen()) {
         qCWarning(lcMigrate, "A packet cannot be expanded: no file can be made in %s", qUtf8Printable(directory));
-        return false;
+        return {};
     }
     DRDiskReserve reserve(folder.root().number());
     DRBufferPipe pipe(kBufferCount, kBufferBytes);
@@ -102,23 +102,29 @@ bool expandInto(const QString& directory, DRPacketPayload& payload)
     pipe.close();
     extracting.join();
     if (!isInflated || !extraction.isWritten || !archive.publish()) {
-        return false;
+        return {};
     }
     logOddities(extraction);
-    return true;
+    return {.isExpanded = true, .isDamaged = extraction.isDamaged, .leftOutCount = extraction.leftOutCount};
 }
 
 } // namespace
 
 bool DRMigrateUtils::expandAndroidBackupPacket(const QString& packet, const QString& targetDirectory)
 {
+    return expandPacket(packet, targetDirectory).isExpanded;
+}
+
+DRMigrateUtils::PacketExpansion DRMigrateUtils::expandPacket(const QString& packet, const QString& targetDirectory)
+{
     std::optional<DRPacketPayload> payload = DRPacketPayload::open(packet);
     if (!payload) {
-        return false;
+        return {};
     }
-    if (makeEmpty(targetDirectory) && expandInto(targetDirectory, *payload)) {
-        return true;
+    const PacketExpansion expansion =
+        makeEmpty(targetDirectory) ? expandInto(targetDirectory, *payload) : PacketExpansion();
+    if (!expansion.isExpanded) {
+        makeEmpty(targetDirectory);
     }
-    makeEmpty(targetDirectory);
-    return false;
+    return expansion;
 }

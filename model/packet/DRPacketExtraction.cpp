@@ -71,9 +71,11 @@ writeContent(DRTarReader& reader, const DRTarReader::Entry& entry, const DRFileD
     if (!reader.isContentWhole() || end >= entry.sizeBytes) {
         return Outcome::Done;
     }
-    const bool hasGrown =
-        mayGrow(reserve, end, entry.sizeBytes) && ::ftruncate(file.number(), static_cast<off_t>(entry.sizeBytes)) == 0;
-    return hasGrown ? Outcome::Done : Outcome::Failed;
+    if (!mayGrow(reserve, end, entry.sizeBytes)) {
+        return Outcome::Failed;
+    }
+    const bool hasGrown = ::ftruncate(file.number(), static_cast<off_t>(entry.sizeBytes)) == 0;
+    return hasGrown ? Outcome::Done : failedCall("giving a file its size");
 }
 
 Outcome extractFile(DRTarReader& reader,

@@ -12,7 +12,7 @@ struct DRExtraction {
     bool isDamaged = false; ///< the archive could not be read to its end; what came before was extracted
 };
 
-/// Extracts the archive's regular files and folders into the folder, in the archive's order; a later entry replaces an earlier one.
-/// Left out are entries of other types, those whose path is absolute, has "..", is too long or goes through a file, and
-/// "expandBackup.tar".
+/// Extracts the archive's regular files and folders into the folder, in the archive's order; a later entry replaces an
+/// earlier one. Left out are entries of other types, those whose path is absolute, has "..", is too long or goes
+/// through a file, and "expandBackup.tar".
 [[nodiscard]] DRExtraction extractArchive(DRTarReader& reader, DRPacketFolder& folder, DRDiskReserve& reserve);

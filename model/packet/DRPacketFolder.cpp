@@ -72,6 +72,7 @@ DRFileDescriptor DRPacketFolder::openFile(const std::vector<QByteArray>& path)
         ::openat(folder, path.back().constData(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     const auto status = file.status();
     if (!status || !S_ISREG(status->st_mode)) {
+        errno = EINVAL;
         return {};
     }
     return file;

@@ -1,10 +1,12 @@
 #include "model/packet/DRPacketPaths.h"
 
 #include "model/packet/DRMigratePacketCodec.h"
-
-#include <QFile>
+#include "platform/core/DRFileDescriptor.h"
+#include "platform/core/DRFileNames.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <tuple>
 
 namespace {
@@ -52,7 +54,7 @@ std::optional<std::vector<QByteArray>> inPacketOrder(const QStringList& relative
 {
     std::vector<QByteArray> ordered;
     for (const QString& path : relativePaths) {
-        const QByteArray name = withoutCurrentFolder(QFile::encodeName(path));
+        const QByteArray name = withoutCurrentFolder(DRFileNames::toBytes(path));
         if (name.endsWith('/') || !safePathComponents(name)) {
             return std::nullopt;
         }
@@ -63,4 +65,22 @@ std::optional<std::vector<QByteArray>> inPacketOrder(const QStringList& relative
     std::ranges::sort(ordered, comesBefore);
     ordered.erase(std::unique(ordered.begin(), ordered.end()), ordered.end());
     return ordered;
+}
+
+QStringList DRMigrateUtils::filesBelowApps(const QString& packetFolder)
+{
+    // Not Qt's iterator, which leaves out names that are no UTF-8: an app may have such files, and must get them back.
+    namespace fs = std::filesystem;
+    const fs::path root(nativePath(packetFolder).toStdString());
+    QStringList files;
+    std::error_code error;
+    fs::recursive_directory_iterator iterator(root / "apps", error);
+    while (!error && iterator != fs::recursive_directory_iterator()) {
+        if (iterator->symlink_status(error).type() == fs::file_type::regular) {
+            const fs::path relative = iterator->path().lexically_relative(root);
+            files.append(DRFileNames::fromBytes(QByteArray::fromStdString(relative.native())));
+        }
+        iterator.increment(error);
+    }
+    return files;
 }

@@ -18,7 +18,7 @@ QString packetProblem(const QString& packet)
     QByteArray start(kLongestPacketHeader, '\0');
     start.truncate(std::max<qint64>(file.read(start.data(), start.size()), 0));
     const QList<QByteArray> lines = start.split('\n');
-    if (lines.front() != "ANDROID BACKUP" || lines.size() < 5) {
+    if (lines.front() != "ANDROID BACKUP" || lines.size() < 5 || lines[2].isEmpty() || lines[3].isEmpty()) {
         return u"it is not in the format of Android backups"_s;
     }
     if (lines[1] != "1") {

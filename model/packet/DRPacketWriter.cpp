@@ -45,6 +45,7 @@ bool DRPacketWriter::addFile(const QByteArray& path, const DRFileDescriptor& fil
 {
     const auto before = file.status();
     if (!before) {
+        qCWarning(lcMigrate, "A file cannot be packed: %s", std::strerror(errno));
         return false;
     }
     const auto size = static_cast<quint64>(before->st_size);

@@ -1,9 +1,13 @@
 #include "model/packet/DRPendingFile.h"
 
+#include "platform/core/DRLog.h"
+
 #include <QFile>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -29,5 +33,8 @@ QString DRPendingFile::temporaryPath() const
 bool DRPendingFile::publish()
 {
     m_isPublished = m_file.isOpen() && ::rename(m_temporary.constData(), m_target.constData()) == 0;
+    if (!m_isPublished) {
+        qCWarning(lcMigrate, "A finished file cannot be put in its place: %s", std::strerror(errno));
+    }
     return m_isPublished;
 }

@@ -22,7 +22,7 @@ public:
     /// The file's path until it is published.
     [[nodiscard]] QString temporaryPath() const;
 
-    /// Renames the file over `target`. False on failure, with `target` as it was.
+    /// Renames the file over `target`. False on failure, which is logged, with `target` as it was.
     [[nodiscard]] bool publish();
 
 private:

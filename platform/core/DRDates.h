@@ -3,9 +3,9 @@
 #include <QDateTime>
 #include <QtGlobal>
 
-/// Conversions between the clocks of the two phones. Floating-point seconds are real input: infinities, NaN and values out of
-/// range saturate, they never overflow. NaN counts as 0.
-/// Dates keep whole milliseconds; what lies below is cut off, toward 1970.
+/// Conversions between the clocks of the two phones. Floating-point seconds are real input: infinities, NaN and values
+/// out of range saturate, they never overflow. NaN counts as 0. Dates keep whole milliseconds; what lies below is cut
+/// off, toward 1970.
 namespace DRDates {
 
 /// Unix time of 2001-01-01 00:00:00 UTC, from which iPhone databases count.

@@ -8,7 +8,8 @@ class DRTaskQueue {
 public:
     virtual ~DRTaskQueue() = default;
 
-    /// Submits a task to the background queue and returns at once. Tasks run concurrently, in no promised order. Any thread.
+    /// Submits a task to the background queue and returns at once. Tasks run concurrently, in no promised order. Any
+    /// thread.
     virtual void runInBackground(std::function<void()> task) = 0;
 
     /// Submits a task to the main thread and returns at once, also when called on the main thread. Any thread.

@@ -10,11 +10,12 @@
 
 #include <QObject>
 
-/// The program's task queue: threads of its own, made when they are needed, and the event loop of the thread that made this object.
-/// Make it on the main thread; its destruction waits for tasks that already run and drops those still waiting.
+/// The program's task queue: threads of its own, made when they are needed, and the event loop of the thread that made
+/// this object. Make it on the main thread; its destruction waits for tasks that already run and drops those still
+/// waiting.
 ///
-/// Tasks are handed over under a lock of the standard library, not of Qt's: so the thread sanitizer sees the hand-over and reports
-/// real races only.
+/// Tasks are handed over under a lock of the standard library, not of Qt's: so the thread sanitizer sees the hand-over
+/// and reports real races only.
 class DRThreadPoolTaskQueue final : public DRTaskQueue {
 public:
     DRThreadPoolTaskQueue();

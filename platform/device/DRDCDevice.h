@@ -8,9 +8,9 @@
 class DRDCDeviceTask;
 class DRDCFilesystem;
 
-/// One phone. All kinds of phones (in a folder, over a cable) are equal behind this interface; one conformance suite holds for
-/// all. It may vanish at any moment, which `isConnected` and failed tasks tell. The traits answer on any thread, the rest is
-/// called on the main thread.
+/// One phone. All kinds of phones (in a folder, over a cable) are equal behind this interface; one conformance suite
+/// holds for all. It may vanish at any moment, which `isConnected` and failed tasks tell. The traits answer on any
+/// thread, the rest is called on the main thread.
 class DRDCDevice {
 public:
     /// The state flag of a phone that has been enumerated: its packets and storage are known.

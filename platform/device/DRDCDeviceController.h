@@ -14,8 +14,9 @@ public:
     /// The phone in use; null when there is none or it has vanished. Any thread.
     [[nodiscard]] DRDCDevicePointer activeDevice() const;
 
-    /// Puts a phone in use, or none. Main thread. Posts "kDRDCNotification_ActiveDeviceWillChange" before, and for a phone that is there
-    /// "kDRDCNotification_ActiveDeviceWillFinishInit" and, once it is ready, "kDRDCNotification_ActiveDeviceDidFinishEnumeration".
+    /// Puts a phone in use, or none. Main thread. Posts "kDRDCNotification_ActiveDeviceWillChange" before, and for a
+    /// phone that is there "kDRDCNotification_ActiveDeviceWillFinishInit" and, once it is ready,
+    /// "kDRDCNotification_ActiveDeviceDidFinishEnumeration".
     void setActiveDevice(const DRDCDevicePointer& device);
 
 private:

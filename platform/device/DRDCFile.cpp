@@ -1,6 +1,7 @@
 #include "platform/device/DRDCFile.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -35,4 +36,10 @@ void DRDCFile::addFileProcessor(std::shared_ptr<const DRDCFileProcessor> process
 const DRDCFileProcessor* DRDCFile::fileProcessor() const
 {
     return m_processors.empty() ? nullptr : m_processors.back().get();
+}
+
+QString DRDCFile::displayName() const
+{
+    const QString name = metadataForKey(QLatin1StringView(kTargetFileName)).toString();
+    return name.isEmpty() ? QFileInfo(m_sourcePath).fileName() : name;
 }

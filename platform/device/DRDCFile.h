@@ -27,6 +27,9 @@ public:
     [[nodiscard]] quint32 fileKind() const { return m_fileKind; }
     void setFileKind(quint32 kind) { m_fileKind = kind; }
 
+    /// How the file is called on the phone and before people: its "TargetFileName", else the name of the file itself.
+    [[nodiscard]] QString displayName() const;
+
     /// The value under the key; an invalid one when there is none.
     [[nodiscard]] QVariant metadataForKey(const QString& key) const { return m_metadata.value(key); }
     void setMetadata(const QVariant& value, const QString& key) { m_metadata.insert(key, value); }

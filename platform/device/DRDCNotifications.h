@@ -2,9 +2,10 @@
 
 #include <QString>
 
-/// Names of the events that the device layer posts: the first three the device controller, or a phone that becomes ready later
-/// on its own; the others the task that they are about. The object of a task's event is its `DRDCDeviceTaskPointer`; events of a packet
-/// carry its ID under `kBackupPacketKey`, those of a data type its key under `kBackupDataTypeKey`.
+/// Names of the events that the device layer posts: the first three the device controller, or a phone that becomes
+/// ready later on its own; the others the task that they are about. The object of a task's event is its
+/// `DRDCDeviceTaskPointer`; events of a packet carry its ID under `kBackupPacketKey`, those of a data type its key
+/// under `kBackupDataTypeKey`.
 namespace DRDCNotifications {
 
 inline const QString kActiveDeviceWillChange = QStringLiteral("kDRDCNotification_ActiveDeviceWillChange");

@@ -15,9 +15,9 @@ class DRTaskQueue;
 
 /// A phone that is a directory:
 ///
-///     phone.json                            marketingName, androidBaseVersion, appProductRevision, memoryUsableCapacity
-///     packets/<packet ID>/fullbackupdata    the app's data as the phone would back it up
-///     storage/                              the phone's shared storage
+///     phone.json                           marketingName, androidBaseVersion, appProductRevision, memoryUsableCapacity
+///     packets/<packet ID>/fullbackupdata   the app's data as the phone would back it up
+///     storage/                             the phone's shared storage
 ///
 /// Keys that are missing take defaults. See docs/formats/phone-folder.md.
 class DRFolderPhone final : public DRDCDevice,

@@ -70,6 +70,11 @@ qint64 DRDatabase::lastInsertRowId() const
     return sqlite3_last_insert_rowid(m_connection->handle());
 }
 
+qint64 DRDatabase::changedRowCount() const
+{
+    return sqlite3_changes64(m_connection->handle());
+}
+
 bool DRDatabase::isInTransaction() const
 {
     return sqlite3_get_autocommit(m_connection->handle()) == 0;

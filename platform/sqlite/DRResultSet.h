@@ -8,8 +8,8 @@
 
 struct DRStatementHandle;
 
-/// The rows of a query, one at a time. A column that the result does not have reads as NULL: databases of older systems lack some.
-/// Column names are compared without regard to ASCII case. NULL reads as 0, 0.0, a null string, null bytes.
+/// The rows of a query, one at a time. A column that the result does not have reads as NULL: databases of older systems
+/// lack some. Column names are compared without regard to ASCII case. NULL reads as 0, 0.0, a null string, null bytes.
 class DRResultSet {
 public:
     /// Without rows, failed.
@@ -37,8 +37,8 @@ public:
     [[nodiscard]] int columnCount() const;
     [[nodiscard]] QString columnName(int index) const;
 
-    /// The position of the column for the accessors by position; none when the result has no such column. Meant for loops over
-    /// many rows.
+    /// The position of the column for the accessors by position; none when the result has no such column. Meant for
+    /// loops over many rows.
     [[nodiscard]] std::optional<int> columnIndex(const char* column) const;
     [[nodiscard]] bool isNullAt(int index) const;
     [[nodiscard]] qint64 integerAt(int index) const;

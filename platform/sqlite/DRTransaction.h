@@ -12,8 +12,8 @@ public:
     ~DRTransaction();
     Q_DISABLE_COPY_MOVE(DRTransaction)
 
-    /// Whether the transaction still stands. Disk full, an I/O error or RAISE(ROLLBACK) ends it behind our back: what is
-    /// inserted afterwards would stand alone, so check after a failed statement.
+    /// Whether the transaction still stands. Disk full, an I/O error or RAISE(ROLLBACK) ends it behind our back: what
+    /// is inserted afterwards would stand alone, so check after a failed statement.
     [[nodiscard]] bool isOpen() const;
 
     /// Commits. False when that fails or the transaction was lost; then nothing of it is in the database.

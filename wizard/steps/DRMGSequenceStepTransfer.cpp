@@ -2,6 +2,7 @@
 
 #include "model/backup_entry/DRMigrateServices.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
+#include "platform/core/DRDates.h"
 #include "platform/core/DRLog.h"
 #include "platform/device/DRDCNotifications.h"
 #include "wizard/DRMGAnalytics.h"
@@ -19,7 +20,6 @@ namespace {
 
 constexpr auto kClosingDelay = 1000ms;
 constexpr qint64 kSecondsPerHour = 3600;
-constexpr double kLongestShownSeconds = 99.0 * 3600.0; ///< two digits of hours; also keeps the conversion below defined
 
 QString twoNumbers(qint64 first, qint64 second)
 {
@@ -84,8 +84,7 @@ QString DRMGSequenceStepTransfer::phoneBackupFolder() const
 
 QString DRMGSequenceStepTransfer::timeText(double secondsRemaining)
 {
-    const double shown = secondsRemaining > 0.0 ? std::min(secondsRemaining, kLongestShownSeconds) : 0.0;
-    const auto seconds = static_cast<qint64>(shown);
+    const qint64 seconds = std::max<qint64>(DRDates::saturatingInteger(secondsRemaining), 0);
     const qint64 minutes = seconds % kSecondsPerHour / 60;
     return seconds >= kSecondsPerHour ? twoNumbers(seconds / kSecondsPerHour, minutes)
                                       : twoNumbers(minutes, seconds % 60);

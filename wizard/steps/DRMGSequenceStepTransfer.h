@@ -75,8 +75,8 @@ public:
     /// `DRMGSequence::kBackupInfo` names the folder of the rebuilt packets once these are being restored.)
     [[nodiscard]] QString phoneBackupFolder() const;
 
-    /// What was not moved though the run went on, with reasons: kinds without a reader (under their key), a packet whose
-    /// fetching failed and is tolerated, packets that the restore left as they were.
+    /// What was not moved though the run went on, with reasons: kinds without a reader (under their key), a packet
+    /// whose fetching failed and is tolerated, packets that the restore left as they were.
     [[nodiscard]] const std::vector<DRDCPacketProblem>& skippedPackets() const { return m_skippedPackets; }
 
     /// "hh:mm" from one hour on, else "mm:ss"; seconds are truncated.
@@ -101,7 +101,7 @@ private:
     void backupPackets();
     [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> makeAndroidEntry(const DRDCDevicePointer& device) const;
     [[nodiscard]] QStringList movableTypes() const;
-    void noteUnmovableTypes();
+    void noteUnmovableTypes(const DRMigrateAndroidBackupEntry& entry);
     void addMediaDataTypes(DRMigrateAndroidBackupEntry& entry, const DRDCDevicePointer& device) const;
     void beginProgress(DRMigrateAndroidBackupEntry& entry);
     void fetchPackets(const DRDCDevicePointer& device, const QStringList& packetIDs);

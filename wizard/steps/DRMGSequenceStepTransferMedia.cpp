@@ -6,20 +6,7 @@
 #include "model/media/DRMigrateMediaDataType.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 
-#include <QFileInfo>
-
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// The name that the file was to have on the phone, else its own.
-QString nameOf(const DRDCFile& file)
-{
-    const QString target = file.metadataForKey(QLatin1String(DRDCFile::kTargetFileName)).toString();
-    return target.isEmpty() ? QFileInfo(file.sourcePath()).fileName() : target;
-}
-
-} // namespace
 
 /// The phase is entered also by a cancelled run, which then ends here.
 void DRMGSequenceStepTransfer::transferMedia()
@@ -86,7 +73,7 @@ void DRMGSequenceStepTransfer::continueAfterCopy(const DRDCFileFailures& failure
         return;
     }
     for (const DRDCFileFailure& failure : *failures) {
-        m_errorDetails.append((failure.file ? nameOf(*failure.file) : QString()) + u": "_s + failure.reason);
+        m_errorDetails.append((failure.file ? failure.file->displayName() : QString()) + u": "_s + failure.reason);
     }
     gotoRestoreErrorWithErrorCode(kErrorRestoreOrCopy);
 }

@@ -32,6 +32,12 @@ bool isTolerated(const DRDCTaskResult& result)
                                   failed.front() == DRMigrateKeys::kPhonebookPacket);
 }
 
+/// The data type that carries a selection key: videos are carried by that of the photos.
+QString dataTypeKeyOf(const QString& selectionKey)
+{
+    return selectionKey == DRMigrateKeys::kVideos ? DRMigrateKeys::kImages : selectionKey;
+}
+
 /// What one failed data type has to say, in the words of its report.
 QStringList failureTexts(const DRMigrateDataType& dataType)
 {
@@ -59,7 +65,7 @@ void DRMGSequenceStepTransfer::backupPackets()
         return;
     }
     const auto entry = makeAndroidEntry(device);
-    noteUnmovableTypes();
+    noteUnmovableTypes(*entry);
     if (entry->dataTypeKeys().isEmpty()) { // no completion would ever come
         m_errorDetails = selectedTypes();
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
@@ -81,19 +87,23 @@ QStringList DRMGSequenceStepTransfer::movableTypes() const
 {
     const auto source = iPhoneBackupEntry();
     QStringList keys = selectedTypes();
-    keys.removeIf([&source](const QString& key) {
-        const QString dataTypeKey = key == DRMigrateKeys::kVideos ? DRMigrateKeys::kImages : key;
-        return !source || !source->dataTypeForKey(dataTypeKey);
-    });
+    keys.removeIf([&source](const QString& key) { return !source || !source->dataTypeForKey(dataTypeKeyOf(key)); });
     return keys;
 }
 
-void DRMGSequenceStepTransfer::noteUnmovableTypes()
+/// What was selected and has no place in the phone's entry must not be forgotten.
+void DRMGSequenceStepTransfer::noteUnmovableTypes(const DRMigrateAndroidBackupEntry& entry)
 {
-    const QStringList movable = movableTypes();
+    QStringList fedKeys;
+    for (const QString& key : entry.dataTypeKeys()) {
+        fedKeys.append(entry.dataTypeForKey(key)->sourceKey());
+    }
+    const QStringList readable = movableTypes();
     for (const QString& key : selectedTypes()) {
-        if (!movable.contains(key)) {
+        if (!readable.contains(key)) {
             addSkipped({{.packetID = key, .reason = u"it cannot be read from an iPhone backup yet"_s}});
+        } else if (!fedKeys.contains(dataTypeKeyOf(key))) {
+            addSkipped({{.packetID = key, .reason = u"the phone has no app for it"_s}});
         }
     }
 }

@@ -176,6 +176,7 @@ private Q_SLOTS:
         m_test.deviceController.setActiveDevice(device);
         DRMigrateAndroidPhotos photos(m_test.services, hasCleaner ? std::make_shared<DroppingCleaner>() : nullptr);
         photos.setEntries(mixedFiles());
+        photos.setFileKindsToTransfer(0x38);
         QVERIFY(photos.save());
         QTEST(int(photos.entries()->size()), "files");
         QTEST(int(photos.report().warnings.size()), "warnings");

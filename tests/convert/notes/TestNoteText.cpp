@@ -37,9 +37,10 @@ private Q_SLOTS:
         row("case of standard entities counts", u"&LT;"_s, u"&LT;"_s);
         row("unknown entity", u"&eacute;&;&copy"_s, u"&eacute;&;&copy"_s);
         row("decimal", u"&#233;&#0000233;"_s, u"éé"_s);
-        row("hexadecimal", u"&#xe9;&#XE9;&#x1F600;"_s, u"éé😀"_s);
+        row("hexadecimal", u"&#xe9;&#xE9;&#x1F600;"_s, u"éé😀"_s);
         row("no character", u"&#0;&#xD800;&#x110000;&#99999999999;"_s, u"&#0;&#xD800;&#x110000;&#99999999999;"_s);
-        row("no number", u"&#;&#x;&#-5;&#+5;&# 5;&#5a;"_s, u"&#;&#x;&#-5;&#+5;&# 5;&#5a;"_s);
+        row("no number", u"&#;&#x;&#-5;&#+5;&# 5;&#5 ;&#5a;&#XE9;&#x0x41;"_s,
+            u"&#;&#x;&#-5;&#+5;&# 5;&#5 ;&#5a;&#XE9;&#x0x41;"_s);
         row("marks, right to left, joined emoji", u"\uFEFFא<br>👩\u200D👧"_s, u"\uFEFFא\n👩\u200D👧"_s);
     }
 

@@ -18,6 +18,10 @@ namespace {
 
 const QString kPacketID = u"com.vornmobile.notes"_s;
 
+const QString kSchemaOfNotes =
+    u"CREATE TABLE notes(_id INTEGER PRIMARY KEY, title, body, created, modified, deleted, meta_info, doodle_path, "
+    "voice_path, background, sync_uid, isdirty, usn, account_id);"_s;
+
 QByteArray contentsOf(const QString& path)
 {
     QFile file(path);
@@ -169,15 +173,15 @@ private Q_SLOTS:
         QTest::addColumn<int>("warnings");
         const QString added = u"title|body|1|2\n"_s;
         QTest::newRow("missing") << QString() << added << 0;
-        QTest::newRow("own notes stay")
-            << u"CREATE TABLE notes(_id INTEGER PRIMARY KEY, title, body, created, modified, "
-               "deleted, meta_info, doodle_path, voice_path, background, sync_uid, isdirty, "
-               "usn, account_id); INSERT INTO notes(title, body) VALUES ('own', 'note')"_s
-            << u"own|note||\n"_s + added << 0;
+        QTest::newRow("own notes stay") << kSchemaOfNotes + u"INSERT INTO notes(title, body) VALUES ('own', 'note')"_s
+                                        << u"own|note||\n"_s + added << 0;
         QTest::newRow("without notes table") << u"CREATE TABLE other(x)"_s << added << 1;
         QTest::newRow("no database") << u"garbage"_s << added << 1;
         QTest::newRow("missing column")
             << u"CREATE TABLE notes(_id INTEGER PRIMARY KEY, title, body, created, modified)"_s << u""_s << 0;
+        QTest::newRow("trigger ignores the row")
+            << kSchemaOfNotes + u"CREATE TRIGGER t BEFORE INSERT ON notes BEGIN SELECT RAISE(IGNORE); END"_s << u""_s
+            << 0;
     }
 
     void phoneDatabases()
@@ -201,6 +205,25 @@ private Q_SLOTS:
         QTEST(int(target->report().warnings.size()), "warnings");
         QCOMPARE(target->report().written + static_cast<qint64>(target->report().skipped.size()), qint64{1});
         QCOMPARE(target->report().written == 1, rows.contains(u"title|body"));
+    }
+
+    void packetWithoutManifestIsLeftAlone()
+    {
+        QVERIFY(writeEmptyNotesDatabase(phoneDatabase()));
+        QVERIFY(QDir().mkpath(path(u"phone/"_s + kPacketID)));
+        const QString work = path(u"work/"_s + kPacketID);
+        const QString fetched = path(u"phone/%1/fullbackupdata"_s.arg(kPacketID));
+        QVERIFY(DRMigrateUtils::compressAndroidBackupPacket(work, phoneNotes()->filesInAppsFolder(), fetched));
+
+        const auto target = phoneNotes();
+        QVERIFY(target->load());
+        QVERIFY(target->ignoreDataType());
+        const auto source = iPhoneNotes();
+        source->setEntries(DREntryList{DRImportedNote{.title = u"t"_s, .content = u"b"_s}});
+        QVERIFY(target->mergeDataFrom(*source) && target->save());
+        QCOMPARE(target->report().written, qint64{0});
+        QCOMPARE(target->report().skipped.size(), 1U);
+        QVERIFY(!QFile::exists(work + u"/fullbackupdata"_s));
     }
 
     void writtenRowIsALocalUnsynchronisedNote()
@@ -228,10 +251,9 @@ private Q_SLOTS:
     void lostTransactionIsAFailedMerge()
     {
         QVERIFY(makeDatabase(phoneDatabase(),
-                             u"CREATE TABLE notes(_id INTEGER PRIMARY KEY, title, body, created, modified, deleted, "
-                             "meta_info, doodle_path, voice_path, background, sync_uid, isdirty, usn, account_id);"
-                             "CREATE TRIGGER t AFTER INSERT ON notes WHEN new.title = 'two' BEGIN SELECT "
-                             "RAISE(ROLLBACK, 'full'); END;"_s));
+                             kSchemaOfNotes +
+                                 u"CREATE TRIGGER t AFTER INSERT ON notes WHEN new.title = 'two' BEGIN SELECT "
+                                 "RAISE(ROLLBACK, 'full'); END;"_s));
         const auto source = iPhoneNotes();
         source->setEntries(DREntryList{DRImportedNote{.title = u"one"_s}, DRImportedNote{.title = u"two"_s},
                                        DRImportedNote{.title = u"three"_s}});

@@ -3,6 +3,7 @@
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "model/packet/DRMigratePacketCodec.h"
+#include "platform/core/DRFileNames.h"
 #include "platform/core/DRPropertyList.h"
 #include "tests/support/DRTestServices.h"
 
@@ -11,7 +12,8 @@
 #include <QTest>
 
 #include <algorithm>
-#include <limits>
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -242,10 +244,13 @@ private Q_SLOTS:
             QFile file(app + name);
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
+        const QByteArray odd = QFile::encodeName(app) + "/odd\xff\xc3";
+        QVERIFY(::close(::open(odd.constData(), O_CREAT | O_WRONLY, 0600)) == 0);
         QVERIFY(QFile::link(u"/etc/passwd"_s, app + u"/db/link"_s));
         QVERIFY(QFile::link(u"/etc"_s, app + u"/linked"_s));
         QStringList files = type.filesInAppsFolder();
         files.sort();
+        QCOMPARE(DRFileNames::toBytes(files.takeLast()), QByteArray("apps/app/odd\xff\xc3"));
         QCOMPARE(files, QStringList({u"apps/app/_manifest"_s, u"apps/app/db/.hidden"_s, u"apps/app/db/note.db"_s}));
         QVERIFY(type.checkForManifest());
     }

@@ -1,4 +1,4 @@
-#include "app/cli/DRTransferLedger.h"
+#include "wizard/DRTransferLedger.h"
 
 #include "platform/core/DRDates.h"
 #include "platform/core/DRFiles.h"
