@@ -8,6 +8,7 @@
 #include "platform/device/DRBRBackupRestoreController.h"
 
 #include <QJsonArray>
+#include <QMap>
 
 #include <algorithm>
 
@@ -143,9 +144,6 @@ QString titleOf(const QString& key)
 
 QString stateText(const Kind& kind)
 {
-    if (!kind.note.isEmpty()) {
-        return kind.note;
-    }
     return isDelivered(kind.flags) ? u"moved"_s : u"not moved"_s;
 }
 
@@ -194,14 +192,22 @@ QString DRTransferSummary::text() const
 {
     DRTextTable table({u"Kind"_s, u"Found"_s, u"Moved"_s, u"Skipped"_s, u"Outcome"_s});
     QString skips;
+    QMap<QString, QStringList> namesByNote;
     for (const auto& [key, kind] : kinds) {
         const QString name = titleOf(key);
+        if (!kind.note.isEmpty()) {
+            namesByNote[kind.note] << name;
+            continue;
+        }
         table.add({name, QString::number(kind.found), QString::number(kind.written),
                    QString::number(kind.skipped.size()), stateText(kind)});
         for (const DRMigrateSkippedItem& item : kind.skipped) {
             skips += u"Skipped (%1): %2: %3\n"_s.arg(name, withoutControlCharacters(item.what),
                                                      withoutControlCharacters(item.why));
         }
+    }
+    for (const auto& [note, names] : namesByNote.asKeyValueRange()) {
+        skips += u"Not moved: %1: %2\n"_s.arg(names.join(u", "_s), note);
     }
     const QString backup = phoneBackupPath.isEmpty() ? QString()
                                                      : u"The phone's apps as they were before: \"%1\"\n  in %2\n"_s.arg(
