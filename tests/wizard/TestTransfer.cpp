@@ -1,14 +1,7 @@
-#include "model/packet/DRMigrateAndroidBackupEntry.h"
-#include "tests/wizard/WizardFixture.h"
+#include "tests/wizard/TransferFixture.h"
 #include "wizard/DRMediumDateText.h"
-#include "wizard/DRMGStepKeys.h"
-#include "wizard/steps/DRMGSequenceStepTransfer.h"
-
-#include <QLocale>
-#include <QTest>
 
 #include <functional>
-#include <limits>
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -18,94 +11,14 @@ namespace {
 
 using namespace DRMigrateKeys;
 using Phase = DRMGSequenceStepTransfer::Phase;
+using Run = TransferFixture;
 using Work = DRTestDeviceTask::Work;
-
-/// A wizard whose phone offers four packets, with the transfer's phases written down.
-struct Run : WizardFixture {
-    Run() : WizardFixture(uR"({"IDD_STEPWIZ_TRANSFER_IDC_TIME_REMAINING":"about %s left"})"_s)
-    {
-        device->packets = {kContactsImportPacket, kTelephonyPacket, kNotesPacket, kPhonebookPacket};
-        script.iPhoneEntries[kImages] = {file(DRMigrateFileKinds::kPhotos, 100), file(0x08, 1000), file(0x20, 10000)};
-        script.iPhoneEntries[kMusic] = {file(DRMigrateFileKinds::kMusic, 7)};
-        script.iPhoneEntries[kVoiceMemos] = {file(0, 5)};
-        QObject::connect(&step(), &DRMGSequenceStepTransfer::progressPhaseChanged, &step(),
-                         [this] { phases.append(static_cast<qint64>(step().progressPhase())); });
-        QObject::connect(&step(), &DRMGSequenceStepTransfer::restoreWillBegin, &step(), [this] { ++warnings; });
-    }
-
-    [[nodiscard]] DRMGSequenceStepTransfer& step() const
-    {
-        return *qobject_cast<DRMGSequenceStepTransfer*>(sequence->stepForKey(DRMGStepKeys::kTransfer));
-    }
-    [[nodiscard]] int errorState() const
-    {
-        return static_cast<int>(
-            qobject_cast<DRMGSequenceStepComplete*>(sequence->stepForKey(DRMGStepKeys::kComplete))->errorState());
-    }
-
-    void begin(const QStringList& selection)
-    {
-        choose(selection);
-        connectPhone();
-        sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
-    }
-
-    [[nodiscard]] DRTestDeviceTask& lastTask() const { return *device->tasks.back(); }
-
-    /// Ends what the run waits for, successfully. False when it waits for nothing.
-    bool advance()
-    {
-        if (queue.runMain() || queue.runOneInBackground()) {
-            return true;
-        }
-        if (device->tasks.size() == m_finishedTasks) {
-            return false;
-        }
-        m_finishedTasks = device->tasks.size();
-        if (lastTask().work() == Work::Copy) {
-            lastTask().finishCopy();
-        } else {
-            lastTask().finishPackets();
-        }
-        return true;
-    }
-
-    /// Advances until the phase is entered.
-    void advanceTo(Phase phase)
-    {
-        while (step().progressPhase() != phase && advance()) {
-        }
-        QCOMPARE(step().progressPhase(), phase);
-    }
-
-    /// Advances until the run ends or waits for nothing more.
-    void runToItsEnd()
-    {
-        while (advance()) {
-        }
-        timers.advance(1000ms);
-    }
-
-    QList<qint64> phases;
-    int warnings = 0;
-
-private:
-    std::size_t m_finishedTasks = 0;
-};
 
 const QStringList kEverything{kContacts, kTextMessages, kNotes, kImages, kVideos, kMusic, kVoiceMemos};
 
-DRDCTaskResult failing(const QStringList& packetIDs)
-{
-    DRDCTaskResult result;
-    for (const QString& packetID : packetIDs) {
-        result.failures.push_back({.packetID = packetID, .reason = u"broken"_s});
-    }
-    return result;
-}
-
 } // namespace
 
+/// The road of a transfer: phases, results, failures.
 class TestTransfer : public QObject {
     Q_OBJECT
 
@@ -124,20 +37,8 @@ private Q_SLOTS:
     void skippedPacketsAreKept();
     void phoneGone_data();
     void phoneGone();
-    void withoutAPhoneThePageStaysIdle();
     void nothingThatThePhoneCanTakeIsAFailure();
     void workingFolderIsEmptiedFirst();
-    void leavingThePage_data();
-    void leavingThePage();
-    void lateCompletionsOfAnEarlierRunAreDropped();
-    void handlersOutliveTheWizard();
-    void whoIsWarnedMayStopTheRun();
-    void buttons();
-    void progressTicks();
-    void timeTexts_data();
-    void timeTexts();
-    void mediumDateTexts_data();
-    void mediumDateTexts();
 };
 
 void TestTransfer::wholeRun()
@@ -357,17 +258,6 @@ void TestTransfer::phoneGone()
     QTEST(f.step().errorCode(), "errorCode");
 }
 
-void TestTransfer::withoutAPhoneThePageStaysIdle()
-{
-    Run f;
-    f.choose(kEverything);
-    f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
-    f.runToItsEnd();
-    QCOMPARE(f.currentKey(), u"transfer"_s);
-    QVERIFY(f.phases.isEmpty());
-    QCOMPARE(f.step().stateMask(), 5);
-}
-
 void TestTransfer::nothingThatThePhoneCanTakeIsAFailure()
 {
     Run f;
@@ -384,141 +274,6 @@ void TestTransfer::workingFolderIsEmptiedFirst()
     QVERIFY(QDir().mkpath(left));
     f.begin({kNotes});
     QVERIFY(!QDir(left).exists());
-}
-
-void TestTransfer::leavingThePage_data()
-{
-    QTest::addColumn<int>("phase");
-    for (const int phase : {1, 2, 4, 8, 16, 32}) {
-        QTest::addRow("phase %d", phase) << phase;
-    }
-}
-
-void TestTransfer::leavingThePage()
-{
-    QFETCH(const int, phase);
-    Run f;
-    f.begin(kEverything);
-    f.advanceTo(static_cast<Phase>(phase));
-    const auto tasks = f.device->tasks.size();
-    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
-    QVERIFY(f.step().isCancelled());
-    QVERIFY(!f.step().isAnimating());
-    QCOMPARE(f.timers.runningCount(), std::size_t{0});
-    f.runToItsEnd();
-    QCOMPARE(f.currentKey(), u"welcome"_s);
-    QCOMPARE(f.device->tasks.size(), tasks);
-    QCOMPARE(static_cast<int>(f.step().progressPhase()), phase);
-}
-
-void TestTransfer::lateCompletionsOfAnEarlierRunAreDropped()
-{
-    Run f;
-    f.begin({kNotes});
-    const auto earlier = f.device->tasks.back();
-    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
-    f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
-    QVERIFY(!f.step().isCancelled());
-    earlier->finishPackets(failing({kNotesPacket}));
-    QCOMPARE(f.currentKey(), u"transfer"_s);
-    QCOMPARE(f.step().progressPhase(), Phase::BackUp);
-    f.runToItsEnd();
-    QCOMPARE(f.currentKey(), u"complete"_s);
-    QCOMPARE(f.errorState(), 0);
-}
-
-void TestTransfer::handlersOutliveTheWizard()
-{
-    Run f;
-    f.begin({kNotes});
-    const auto fetching = f.device->tasks.back();
-    f.lastTask().finishPackets();
-    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
-    f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
-    f.sequence.reset();
-    f.device->tasks.back()->finishPackets();
-    f.queue.runAll();
-    f.timers.advance(5000ms);
-    QVERIFY(f.queue.isEmpty());
-}
-
-void TestTransfer::whoIsWarnedMayStopTheRun()
-{
-    Run f;
-    QObject::connect(&f.step(), &DRMGSequenceStepTransfer::restoreWillBegin, f.sequence.get(), &DRSequence::cancel);
-    f.begin({kNotes});
-    f.runToItsEnd();
-    QCOMPARE(f.currentKey(), QString());
-    QVERIFY2(f.device->tasks.size() == 1, "nothing is restored");
-}
-
-void TestTransfer::buttons()
-{
-    Run f;
-    f.begin({kNotes});
-    QCOMPARE(f.step().stateMask(), 5);
-    QCOMPARE(f.sequence->resolvedLocalizationKey(u"dr_sequence_button_cancel"_s), u"IDD_STEPWIZ_SHEET_IDCANCEL"_s);
-    f.advanceTo(Phase::Restore);
-    QCOMPARE(f.step().stateMask(), 4);
-    f.sequence->pressCancel();
-    f.sequence->pressNext();
-    QCOMPARE(f.currentKey(), u"transfer"_s);
-    f.runToItsEnd();
-    QCOMPARE(f.step().stateMask(), 7);
-}
-
-void TestTransfer::progressTicks()
-{
-    Run f;
-    f.begin({kNotes});
-    QCOMPARE(f.step().progressHtml(), u"about 00:04 left"_s);
-    QCOMPARE(f.step().secondsRemaining(), 4.4);
-    int ticks = 0;
-    QObject::connect(&f.step(), &DRMGSequenceStepTransfer::progressChanged, &f.step(), [&ticks] { ++ticks; });
-    f.lastTask().finishPackets();
-    f.timers.advance(300ms);
-    QCOMPARE(ticks, 3);
-    QCOMPARE(f.step().progressFraction(), 0.5);
-}
-
-void TestTransfer::timeTexts_data()
-{
-    QTest::addColumn<double>("seconds");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("none") << 0.0 << u"00:00"_s;
-    QTest::newRow("truncated") << 59.99 << u"00:59"_s;
-    QTest::newRow("minutes and seconds") << 125.0 << u"02:05"_s;
-    QTest::newRow("just below an hour") << 3599.9 << u"59:59"_s;
-    QTest::newRow("an hour") << 3600.0 << u"01:00"_s;
-    QTest::newRow("hours and minutes") << 3725.0 << u"01:02"_s;
-    QTest::newRow("beyond two digits") << 400000.0 << u"111:06"_s;
-    QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << u"00:00"_s;
-    QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << u"00:00"_s;
-}
-
-void TestTransfer::timeTexts()
-{
-    QFETCH(const double, seconds);
-    QTEST(DRMGSequenceStepTransfer::timeText(seconds), "text");
-}
-
-void TestTransfer::mediumDateTexts_data()
-{
-    QTest::addColumn<QLocale>("locale");
-    QTest::addColumn<QString>("date");
-    QTest::newRow("British") << QLocale(QLocale::English, QLocale::UnitedKingdom) << u"6 May 2014, "_s;
-    QTest::newRow("German") << QLocale(QLocale::German, QLocale::Germany) << u"06.05.2014, "_s;
-}
-
-void TestTransfer::mediumDateTexts()
-{
-    QFETCH(const QLocale, locale);
-    const QLocale before;
-    QLocale::setDefault(locale);
-    const QString text = mediumDateText(DRTestClock().now());
-    QLocale::setDefault(before);
-    QFETCH(const QString, date);
-    QCOMPARE(text, date + DRTestClock().now().toLocalTime().toString(u"HH:mm:ss"_s));
 }
 
 QTEST_GUILESS_MAIN(TestTransfer)
