@@ -100,6 +100,7 @@ latestBackupEntriesFromList(const std::vector<DRMigrateIPhoneBackupEntryPointer>
         }
     }
     std::vector<DRMigrateIPhoneBackupEntryPointer> latest;
+    latest.reserve(newestByName.size());
     for (const auto& [name, entry] : newestByName) {
         latest.push_back(entry);
     }

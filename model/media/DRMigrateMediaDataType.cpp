@@ -17,6 +17,7 @@ namespace {
 DRDCFileFailures allFailed(const std::vector<DRDCFilePointer>& files, const QString& reason)
 {
     std::vector<DRDCFileFailure> failures;
+    failures.reserve(files.size());
     for (const DRDCFilePointer& file : files) {
         failures.push_back({.file = file, .reason = reason});
     }
