@@ -14,8 +14,6 @@ using Phase = DRMGSequenceStepTransfer::Phase;
 using Run = TransferFixture;
 using Work = DRTestDeviceTask::Work;
 
-const QStringList kEverything{kContacts, kTextMessages, kNotes, kImages, kVideos, kMusic, kVoiceMemos};
-
 } // namespace
 
 /// The road of a transfer: phases, results, failures.

@@ -15,8 +15,6 @@ using namespace DRMigrateKeys;
 using Phase = DRMGSequenceStepTransfer::Phase;
 using Run = TransferFixture;
 
-const QStringList kEverything{kContacts, kTextMessages, kNotes, kImages, kVideos, kMusic, kVoiceMemos};
-
 } // namespace
 
 /// The page of a transfer: leaving it, its buttons, progress and texts.

@@ -7,6 +7,11 @@
 
 #include <QTest>
 
+/// The selection of somebody who leaves every box ticked that the fixture has content for.
+inline const QStringList kEverything{DRMigrateKeys::kContacts,  DRMigrateKeys::kTextMessages, DRMigrateKeys::kNotes,
+                                     DRMigrateKeys::kImages,    DRMigrateKeys::kVideos,       DRMigrateKeys::kMusic,
+                                     DRMigrateKeys::kVoiceMemos};
+
 /// A wizard whose phone offers four packets, with the transfer's phases written down.
 struct TransferFixture : WizardFixture {
     TransferFixture() : WizardFixture(QStringLiteral("{\"IDD_STEPWIZ_TRANSFER_IDC_TIME_REMAINING\":\"about %s left\"}"))
