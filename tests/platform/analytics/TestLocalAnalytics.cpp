@@ -54,10 +54,10 @@ void TestLocalAnalytics::aFullFileIsPutAside()
     const QString path = folder.filePath(u"usage.jsonl"_s);
     const DRTestClock clock;
     DRLocalAnalytics analytics(path, clock);
-    analytics.trackEvent(u"Migrate"_s, u"long"_s, QString(1024 * 1024, u'x'));
+    analytics.trackEvent(u"Migrate"_s, u"long"_s, QString(qint64{1024} * 1024, u'x'));
     analytics.trackEvent(u"Migrate"_s, u"first of the new file"_s, {});
     QVERIFY(contentOf(path).startsWith("{\"action\":\"first of the new file\""));
-    QVERIFY(contentOf(path + u".old"_s).size() > 1024 * 1024);
+    QVERIFY(contentOf(path + u".old"_s).size() > qint64{1024} * 1024);
 }
 
 void TestLocalAnalytics::failureIsToldOnce()
