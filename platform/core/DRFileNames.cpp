@@ -1,5 +1,7 @@
 #include "platform/core/DRFileNames.h"
 
+#include "platform/core/DRUtf8.h"
+
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -37,7 +39,7 @@ QString DRFileNames::fromBytes(const QByteArray& name)
         if (size == 0) {
             text += QChar(static_cast<char16_t>(kEscapeBase + static_cast<unsigned char>(rest.front())));
         } else {
-            text += QString::fromUtf8(rest.first(size));
+            text += DRUtf8::decode(rest.first(size)); // which keeps U+FEFF
         }
         rest = rest.sliced(std::max<qsizetype>(size, 1));
     }

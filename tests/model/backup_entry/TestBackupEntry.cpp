@@ -244,13 +244,13 @@ private Q_SLOTS:
             QFile file(app + name);
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
-        const QByteArray odd = QFile::encodeName(app) + "/odd\xff\xc3";
+        const QByteArray odd = QFile::encodeName(app) + "/odd\xff\xef\xbb\xbf\xc3";
         QVERIFY(::close(::open(odd.constData(), O_CREAT | O_WRONLY, 0600)) == 0);
         QVERIFY(QFile::link(u"/etc/passwd"_s, app + u"/db/link"_s));
         QVERIFY(QFile::link(u"/etc"_s, app + u"/linked"_s));
         QStringList files = type.filesInAppsFolder();
         files.sort();
-        QCOMPARE(DRFileNames::toBytes(files.takeLast()), QByteArray("apps/app/odd\xff\xc3"));
+        QCOMPARE(DRFileNames::toBytes(files.takeLast()), QByteArray("apps/app/odd\xff\xef\xbb\xbf\xc3"));
         QCOMPARE(files, QStringList({u"apps/app/_manifest"_s, u"apps/app/db/.hidden"_s, u"apps/app/db/note.db"_s}));
         QVERIFY(type.checkForManifest());
     }
