@@ -170,11 +170,15 @@ bool DRMigrateDataType::expandPacket()
 
 bool DRMigrateDataType::packPacket()
 {
+    return packFiles(filesInAppsFolder());
+}
+
+bool DRMigrateDataType::packFiles(const QStringList& files)
+{
     if (m_targetPath.isEmpty() || m_packetID.isEmpty()) {
         return false;
     }
     const QString folder = m_targetPath + u'/' + m_packetID;
-    const QStringList files = filesInAppsFolder();
     DRMigrateReport changed = report();
     for (const QString& file : files) {
         if (DRMigrateUtils::isLeftOutOfPackets(file)) {

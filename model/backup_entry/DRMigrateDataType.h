@@ -120,6 +120,9 @@ protected:
     /// is empty or packing fails. The report names the files that packets leave out (names that begin with a dot).
     [[nodiscard]] bool packPacket();
 
+    /// The same with exactly these files, relative to `targetPath`/`packetID`, all of which must exist.
+    [[nodiscard]] bool packFiles(const QStringList& files);
+
     /// `targetPath`/`packetID`/"apps"/`packetID`/`relativePath`: a file of the app in the expanded packet.
     [[nodiscard]] QString pathInApp(const QString& relativePath) const;
 

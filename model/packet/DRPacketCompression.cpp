@@ -3,9 +3,9 @@
 #include "model/packet/DRPacketFolder.h"
 #include "model/packet/DRPacketPaths.h"
 #include "model/packet/DRPacketWriter.h"
-#include "model/packet/DRPendingFile.h"
 #include "platform/core/DRFiles.h"
 #include "platform/core/DRLog.h"
+#include "platform/core/DRPendingFile.h"
 
 #include <QFileInfo>
 

@@ -4,10 +4,10 @@
 #include "model/packet/DRPacketExtraction.h"
 #include "model/packet/DRPacketFolder.h"
 #include "model/packet/DRPacketPayload.h"
-#include "model/packet/DRPendingFile.h"
 #include "model/packet/DRTarReader.h"
 #include "platform/core/DRFiles.h"
 #include "platform/core/DRLog.h"
+#include "platform/core/DRPendingFile.h"
 #include "platform/core/DRPrivateFolder.h"
 
 #include <cerrno>

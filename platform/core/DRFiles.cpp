@@ -1,6 +1,7 @@
 #include "platform/core/DRFiles.h"
 
 #include "platform/core/DRFileDescriptor.h"
+#include "platform/core/DRPendingFile.h"
 
 #include <algorithm>
 #include <array>
@@ -23,11 +24,6 @@ QString folderOf(const QString& path)
         return QStringLiteral(".");
     }
     return path.left(std::max<qsizetype>(slash, 1));
-}
-
-bool writeAndFlush(const DRFileDescriptor& file, const QByteArray& bytes)
-{
-    return file.writeAll(bytes.constData(), bytes.size()) && file.flush();
 }
 
 bool copyByBlocks(const DRFileDescriptor& source, const DRFileDescriptor& target)
@@ -57,16 +53,8 @@ bool copyContent(const DRFileDescriptor& source, const DRFileDescriptor& target)
 
 bool DRFiles::writeAtomically(const QString& path, const QByteArray& bytes)
 {
-    if (nativePath(path).isEmpty()) {
-        return false;
-    }
-    QByteArray temporary = nativePath(folderOf(path)) + "/.phone-migrate-XXXXXX";
-    const DRFileDescriptor file(::mkostemp(temporary.data(), O_CLOEXEC));
-    if (!file.isOpen()) {
-        return false;
-    }
-    if (!writeAndFlush(file, bytes) || ::rename(temporary.constData(), nativePath(path).constData()) != 0) {
-        ::unlink(temporary.constData());
+    DRPendingFile pending(path);
+    if (!pending.file().writeAll(bytes.constData(), bytes.size()) || !pending.file().flush() || !pending.publish()) {
         return false;
     }
     // The new name is in place; that it also survives a power cut is tried, but cannot be undone when it fails.

@@ -1,4 +1,4 @@
-#include "model/packet/DRPendingFile.h"
+#include "platform/core/DRPendingFile.h"
 
 #include "platform/core/DRLog.h"
 
