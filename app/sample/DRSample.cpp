@@ -1,5 +1,6 @@
 #include "app/sample/DRSample.h"
 
+#include "app/sample/DRSampleContacts.h"
 #include "app/sample/DRSampleIPhoneBackup.h"
 #include "app/sample/DRSampleNotes.h"
 #include "app/sample/DRSamplePhone.h"
@@ -32,6 +33,7 @@ struct Part {
 
 constexpr std::array kParts{
     Part{"iPhone notes", [](Draft& draft) { return addIPhoneNotes(draft.backup, draft.settings); }},
+    Part{"iPhone contacts", [](Draft& draft) { return addIPhoneContacts(draft.backup, draft.settings); }},
     Part{"iPhone backup", [](Draft& draft) { return draft.backup.finish(); }},
     Part{"phone notes", [](Draft& draft) { return addPhoneNotes(draft.phone, draft.settings); }},
     Part{"phone messages", [](Draft& draft) { return addPhoneTelephony(draft.phone, draft.settings); }},

@@ -1,11 +1,11 @@
 #include "app/sample/DRSampleNotes.h"
 
+#include "app/sample/DRSampleGuid.h"
 #include "app/sample/DRSampleIPhoneBackup.h"
 #include "app/sample/DRSampleNoteTexts.h"
 #include "app/sample/DRSamplePhone.h"
 #include "convert/notes/DRNotesTemplate.h"
 #include "platform/core/DRDates.h"
-#include "platform/core/DRDigest.h"
 #include "platform/core/DRPropertyList.h"
 #include "platform/sqlite/DRDatabase.h"
 
@@ -61,12 +61,9 @@ NoteDates datesFor(const DRSampleNote& note, const DRSampleSettings& settings, D
     return {.created = created, .modified = created + random.below(ageSeconds)};
 }
 
-/// The form of a UUID, from the note's number.
 QString noteGuid(qint64 number)
 {
-    const QString digits = sha1HexString(u"note %1"_s.arg(number)).toUpper();
-    return u"%1-%2-%3-%4-%5"_s.arg(digits.mid(0, 8), digits.mid(8, 4), digits.mid(12, 4), digits.mid(16, 4),
-                                   digits.mid(20, 12));
+    return sampleGuid(u"note %1"_s.arg(number));
 }
 
 bool insertNotes(DRDatabase& database, const std::vector<DRSampleNote>& notes, const DRSampleSettings& settings)
