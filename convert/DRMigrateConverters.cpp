@@ -1,5 +1,7 @@
 #include "convert/DRMigrateConverters.h"
 
+#include "convert/contacts/DRMigrateAndroidAddressBook.h"
+#include "convert/contacts/DRMigrateIPhoneAddressBook.h"
 #include "convert/media/DRMigrateAndroidMusic.h"
 #include "convert/media/DRMigrateAndroidPhotos.h"
 #include "convert/media/DRMigrateAndroidVoiceMemos.h"
@@ -21,6 +23,10 @@ template <typename T> std::shared_ptr<DRMigrateDataType> make(const DRMigrateSer
 void registerMigrateConverters(DRMigrateDataTypeRegistry& registry)
 {
     using namespace DRMigrateKeys;
+
+    registry.registerIPhoneType(kContacts, make<DRMigrateIPhoneAddressBook>);
+    registry.registerPacketType(kContactsImportPacket, make<DRMigrateAndroidAddressBook>);
+    registry.registerPacketType(kPhonebookPacket, make<DRMigrateAndroidAddressBook>);
 
     registry.registerIPhoneType(kNotes, make<DRMigrateIPhoneNotes>);
     registry.registerPacketType(kNotesPacket, make<DRMigrateAndroidNotes>);

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qsizetype kLongestCell = 48;
+constexpr qsizetype kLongestCell = 96;
 
 QString shown(const QString& cell)
 {

@@ -162,6 +162,9 @@ QString DRTransferPlan::text() const
         table.add({DRKinds::nameOfKey(kind.key), QString::number(kind.content.count),
                    kind.content.isFiles ? sizeText(kind.content.bytes) : QString(),
                    kind.packetIDs.isEmpty() ? u"the phone's storage"_s : kind.packetIDs.join(u", "_s)});
+        for (const auto& [name, count] : kind.content.counts) {
+            table.add({u"+ "_s + name, QString::number(count), {}, {}});
+        }
     }
     return u"%1Needs %2 on the phone, %3 are free.\n%4"_s.arg(
         kinds.empty() ? QString() : table.text(), sizeText(bytesNeeded), sizeText(bytesFree), notesText(notes()));

@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using Count = DRTransferSummary::Count;
 using Kind = DRTransferSummary::Kind;
 
 bool isDelivered(qint64 flags)
@@ -34,15 +35,22 @@ void addSkipped(Kind& kind, const DRMigrateSkippedItem& item)
 Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneSide)
 {
     const DRMigrateReport report = phoneSide.report();
+    const bool isOnPhone = isDelivered(phoneSide.flags());
     Kind kind{.flags = phoneSide.flags(),
-              .found = report.found,
-              .written = isDelivered(phoneSide.flags()) ? report.written : 0,
+              .records = {.found = report.found, .written = isOnPhone ? report.written : 0},
+              .furtherCounts = {},
               .skipped = report.skipped,
               .note = {}};
-    if (iPhoneSide != nullptr) {
-        const DRMigrateReport source = iPhoneSide->report();
-        std::ranges::for_each(source.skipped, [&kind](const auto& item) { addSkipped(kind, item); });
+    if (iPhoneSide == nullptr) {
+        return kind;
     }
+    const DRMigrateReport source = iPhoneSide->report();
+    for (const auto& [name, found] : source.counts) {
+        const auto written = report.counts.find(name);
+        const bool isWritten = isOnPhone && written != report.counts.end();
+        kind.furtherCounts[name] = {.found = found, .written = isWritten ? written->second : 0};
+    }
+    std::ranges::for_each(source.skipped, [&kind](const auto& item) { addSkipped(kind, item); });
     return kind;
 }
 
@@ -121,14 +129,27 @@ DRCommandOutcome outcomeOf(const DRTransferSummary& summary, const DRTransferRun
             .nextStep = {}};
 }
 
+QJsonObject jsonOf(const Count& count)
+{
+    return {{u"found"_s, count.found}, {u"written"_s, count.written}};
+}
+
 QJsonObject jsonOf(const Kind& kind)
 {
     QJsonArray skipped;
     for (const DRMigrateSkippedItem& item : kind.skipped) {
         skipped << QJsonObject{{u"what"_s, item.what}, {u"why"_s, item.why}};
     }
-    QJsonObject object{
-        {u"flags"_s, kind.flags}, {u"found"_s, kind.found}, {u"written"_s, kind.written}, {u"skipped"_s, skipped}};
+    QJsonObject object = jsonOf(kind.records);
+    object.insert(u"flags"_s, kind.flags);
+    object.insert(u"skipped"_s, skipped);
+    if (!kind.furtherCounts.empty()) {
+        QJsonObject counts;
+        for (const auto& [name, count] : kind.furtherCounts) {
+            counts.insert(name, jsonOf(count));
+        }
+        object.insert(u"counts"_s, counts);
+    }
     if (!kind.note.isEmpty()) {
         object.insert(u"note"_s, kind.note);
     }
@@ -199,8 +220,11 @@ QString DRTransferSummary::text() const
             namesByNote[kind.note] << name;
             continue;
         }
-        table.add({name, QString::number(kind.found), QString::number(kind.written),
+        table.add({name, QString::number(kind.records.found), QString::number(kind.records.written),
                    QString::number(kind.skipped.size()), stateText(kind)});
+        for (const auto& [what, count] : kind.furtherCounts) {
+            table.add({u"+ "_s + what, QString::number(count.found), QString::number(count.written), {}, {}});
+        }
         for (const DRMigrateSkippedItem& item : kind.skipped) {
             skips += u"Skipped (%1): %2: %3\n"_s.arg(name, withoutControlCharacters(item.what),
                                                      withoutControlCharacters(item.why));

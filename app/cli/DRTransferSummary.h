@@ -12,10 +12,16 @@
 
 /// What became of everything that a transfer was to move.
 struct DRTransferSummary {
+    /// How much there was and how much reached the phone.
+    struct Count {
+        qint64 found = 0;
+        qint64 written = 0;
+    };
+
     struct Kind {
         qint64 flags = 0;
-        qint64 found = 0;
-        qint64 written = 0; ///< 0 when it did not reach the phone
+        Count records;
+        std::map<QString, Count> furtherCounts; ///< by name, such as "calls" of contacts
         std::vector<DRMigrateSkippedItem> skipped;
         QString note; ///< of a kind that is no loss though it was not moved
     };

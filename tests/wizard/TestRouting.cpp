@@ -114,7 +114,7 @@ void TestRouting::towardsTheTransfer()
     f.choose({DRMigrateKeys::kNotes});
     bring(f, phone);
     f.device->freeBytes = freeBytes;
-    QVERIFY(f.sequence->gotoTransferWithDevice(f.devices.activeDevice(), 3 * 1048576));
+    QVERIFY(f.sequence->gotoTransferWithDevice(f.devices.activeDevice(), quint64{3} * 1048576));
     QTEST(f.currentKey(), "key");
 }
 

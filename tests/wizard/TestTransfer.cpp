@@ -152,6 +152,12 @@ void TestTransfer::failedPacketsOfTheBackup()
     QCOMPARE(f.currentKey(), goesOn ? u"transfer"_s : u"complete"_s);
     if (goesOn) {
         QCOMPARE(f.step().progressPhase(), Phase::Load);
+        const auto entry = f.sequence->parameters().value<std::shared_ptr<DRMigrateAndroidBackupEntry>>(
+            DRMGSequence::kAndroidBackupEntry);
+        QCOMPARE(entry->ignoredPacketIDs(), failed); // there is nothing that could be loaded
+        f.runToItsEnd();
+        QCOMPARE(f.errorState(), 0);
+        QCOMPARE(f.step().skippedPackets().size(), std::size_t{1});
         return;
     }
     QCOMPARE(f.errorState(), 1);

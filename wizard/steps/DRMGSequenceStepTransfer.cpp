@@ -222,9 +222,15 @@ void DRMGSequenceStepTransfer::markPacket(const DRNotification& notification, qi
     }
 }
 
+/// Of several problems of one packet the first is the cause of the others.
 void DRMGSequenceStepTransfer::addSkipped(const std::vector<DRDCPacketProblem>& problems)
 {
-    m_skippedPackets.insert(m_skippedPackets.end(), problems.begin(), problems.end());
+    for (const DRDCPacketProblem& problem : problems) {
+        if (std::ranges::find(m_skippedPackets, problem.packetID, &DRDCPacketProblem::packetID) ==
+            m_skippedPackets.end()) {
+            m_skippedPackets.push_back(problem);
+        }
+    }
 }
 
 void DRMGSequenceStepTransfer::addErrorDetails(const std::vector<DRDCPacketProblem>& problems)

@@ -152,6 +152,7 @@ private:
     void deviceTaskDidFinishRestorePacket(const DRNotification& notification);
     void markPacket(const DRNotification& notification, qint64 flag);
     void addSkipped(const std::vector<DRDCPacketProblem>& problems);
+    void leaveOutFailedPackets(DRMigrateBackupEntry& entry, const DRDCTaskResult& result);
     void addErrorDetails(const std::vector<DRDCPacketProblem>& problems);
     void addErrorDetails(const DRMigrateBackupEntry& entry);
 

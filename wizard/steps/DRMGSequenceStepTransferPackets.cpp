@@ -192,14 +192,25 @@ void DRMGSequenceStepTransfer::backupPacketsDone(const DRDCTaskResult* result, c
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
         return;
     }
-    if (result != nullptr) {
-        addSkipped(result->failures); // the tolerated one, if any: it must not be forgotten
-    }
     const auto entry = androidEntry();
+    if (result != nullptr) {
+        leaveOutFailedPackets(*entry, *result);
+    }
     entry->setBackupPath(result == nullptr ? QString() : folder);
     m_observation.start(entry, *this);
     setProgressPhase(Phase::Load);
     entry->loadAll();
+}
+
+/// The tolerated one, if any: it stays on the phone as it is, and must not be forgotten.
+void DRMGSequenceStepTransfer::leaveOutFailedPackets(DRMigrateBackupEntry& entry, const DRDCTaskResult& result)
+{
+    addSkipped(result.failures);
+    for (const QString& packetID : result.packetsWithErrors()) {
+        if (const auto dataType = entry.dataTypeForPacketID(packetID)) {
+            dataType->setIgnoreDataType(true);
+        }
+    }
 }
 
 void DRMGSequenceStepTransfer::dataTypeHasBeenLoaded(DRMigrateBackupEntry& entry, DRMigrateDataType&)

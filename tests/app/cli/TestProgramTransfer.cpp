@@ -135,8 +135,8 @@ void TestProgramTransfer::restoreThatDoesNotFitLeavesThePhone()
     m_sandbox->write(u"large/phone/phone.json"_s, QByteArray("{\"memoryUsableCapacity\": ") +
                                                       QByteArray::number(kRoomForTheCheckButNotForThePacket) + '}');
     const auto phone = m_sandbox->snapshot(u"large/phone"_s);
-    const auto ended = m_sandbox->run(
-        {u"transfer"_s, u"--yes"_s, u"--json"_s, u"--backups"_s, u"large/backups"_s, u"--phone"_s, u"large/phone"_s});
+    const auto ended = m_sandbox->run({u"transfer"_s, u"--yes"_s, u"--json"_s, u"--only"_s, u"notes"_s, u"--backups"_s,
+                                       u"large/backups"_s, u"--phone"_s, u"large/phone"_s});
     QCOMPARE(ended.code, 17);
     const QJsonObject last = ended.lines().last();
     QCOMPARE(last[u"errorCode"].toInt(), 19);

@@ -55,7 +55,9 @@ private:
 
 DREntryList numbers(std::initializer_list<int> values)
 {
-    return DREntryList(values.begin(), values.end());
+    DREntryList list;
+    list.assign(values.begin(), values.end());
+    return list;
 }
 
 QString joined(const DRMigrateDataType& type)

@@ -1,0 +1,176 @@
+#include "convert/contacts/DRVCardFile.h"
+
+#include "platform/contacts/DRVCardPicture.h"
+#include "platform/core/DRFileDescriptor.h"
+#include "platform/core/DRPendingFile.h"
+
+#include <QByteArray>
+#include <QByteArrayMatcher>
+#include <QFile>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr qsizetype kChunkBytes = qsizetype{1} << 20;
+
+/// Takes a file chunk by chunk and notes where its cards are.
+class CardFinder {
+public:
+    /// `bytes` lie at `offset` of the file, where the last call's bytes from `kept` on begin.
+    void find(QByteArrayView bytes, qint64 offset)
+    {
+        qsizetype position = 0;
+        while (true) {
+            const QByteArrayMatcher& marker = m_isInCard ? m_end : m_begin;
+            const qsizetype found = marker.indexIn(bytes, position);
+            if (found < 0) {
+                break;
+            }
+            const qsizetype after = found + marker.pattern().size();
+            if (m_isInCard) {
+                m_contents.cards.push_back({.offset = m_cardOffset, .size = offset + after - m_cardOffset});
+            } else {
+                noteOutside(bytes.sliced(position, found - position));
+                m_cardOffset = offset + found;
+            }
+            m_isInCard = !m_isInCard;
+            position = after;
+        }
+        // The end of the chunk may be the first part of a marker.
+        const qsizetype marker = (m_isInCard ? m_end : m_begin).pattern().size();
+        m_kept = std::max(position, bytes.size() - (marker - 1));
+        if (!m_isInCard) {
+            noteOutside(bytes.sliced(position, m_kept - position));
+        }
+    }
+
+    /// The position in the last call's bytes from which on they must be given again, with what follows them.
+    [[nodiscard]] qsizetype kept() const { return m_kept; }
+
+    [[nodiscard]] DRVCardFile::Contents finish(QByteArrayView rest)
+    {
+        noteOutside(rest);
+        m_contents.isDamaged = m_contents.isDamaged || m_isInCard;
+        m_contents.isReadable = true;
+        return std::move(m_contents);
+    }
+
+private:
+    void noteOutside(QByteArrayView bytes)
+    {
+        static constexpr QByteArrayView kByteOrderMark("\xEF\xBB\xBF");
+        const QByteArrayView text = bytes.trimmed();
+        m_contents.isDamaged = m_contents.isDamaged || !(text.isEmpty() || text == kByteOrderMark);
+    }
+
+    const QByteArrayMatcher m_begin{"BEGIN:VCARD"};
+    const QByteArrayMatcher m_end{"END:VCARD"};
+    DRVCardFile::Contents m_contents;
+    qint64 m_cardOffset = 0;
+    qsizetype m_kept = 0;
+    bool m_isInCard = false;
+};
+
+/// The bytes at the end that begin a character of which the rest is still to come.
+qsizetype incompleteTail(QByteArrayView bytes)
+{
+    constexpr qsizetype kLongestBeginning = 3;
+    for (qsizetype back = 1; back <= std::min(bytes.size(), kLongestBeginning); ++back) {
+        const auto byte = static_cast<uchar>(bytes.at(bytes.size() - back));
+        if ((byte & 0xC0U) == 0x80U) {
+            continue; // not the first of its character
+        }
+        const qsizetype length = byte >= 0xF0U ? 4 : byte >= 0xE0U ? 3 : byte >= 0xC0U ? 2 : 1;
+        return length > back ? back : 0;
+    }
+    return 0;
+}
+
+bool writeAll(QIODevice& target, const QByteArray& bytes)
+{
+    return target.write(bytes) == bytes.size();
+}
+
+/// The phone's own file, from which its cards are copied.
+class PhoneCards {
+public:
+    explicit PhoneCards(const QString& path) : m_descriptor(DRFileDescriptor::openRegularFile(path))
+    {
+        m_isOpen = m_descriptor.isOpen() && m_file.open(m_descriptor.number(), QIODevice::ReadOnly);
+    }
+
+    [[nodiscard]] bool copy(const DRPhoneCard& card, QIODevice& target)
+    {
+        if (!m_isOpen || !m_file.seek(card.offset)) {
+            return false;
+        }
+        for (qint64 left = card.size; left > 0;) {
+            const QByteArray block = m_file.read(std::min<qint64>(left, kChunkBytes));
+            if (block.isEmpty() || !writeAll(target, block)) {
+                return false;
+            }
+            left -= block.size();
+        }
+        return writeAll(target, "\n");
+    }
+
+private:
+    DRFileDescriptor m_descriptor; ///< owns the open file that m_file reads
+    QFile m_file;
+    bool m_isOpen = false;
+};
+
+bool writeContact(QIODevice& target, const DRContactCard& card, const DRVCardFile::PictureSource& pictureOf)
+{
+    return writeAll(target, card.pictureRow ? DRVCardPicture::withPicture(card.vCard, pictureOf(card)) : card.vCard);
+}
+
+} // namespace
+
+DRVCardFile::Contents DRVCardFile::read(const QString& path)
+{
+    const DRFileDescriptor file = DRFileDescriptor::openRegularFile(path);
+    CardFinder finder;
+    QByteArray buffer;
+    qint64 offset = 0;        // of the buffer in the file
+    qsizetype checkedEnd = 0; // in the buffer
+    while (file.isOpen()) {
+        const qsizetype filled = buffer.size();
+        buffer.resize(filled + kChunkBytes);
+        const qint64 count = file.read(buffer.data() + filled, kChunkBytes);
+        buffer.resize(filled + std::max<qint64>(count, 0));
+        const qsizetype completeEnd = buffer.size() - (count > 0 ? incompleteTail(buffer) : 0);
+        if (count < 0 || !QByteArrayView(buffer).sliced(checkedEnd, completeEnd - checkedEnd).isValidUtf8()) {
+            break;
+        }
+        if (count == 0) {
+            return finder.finish(buffer);
+        }
+        finder.find(QByteArrayView(buffer).first(completeEnd), offset);
+        checkedEnd = completeEnd - finder.kept();
+        offset += finder.kept();
+        buffer.remove(0, finder.kept());
+    }
+    return {};
+}
+
+bool DRVCardFile::write(const QString& path, const DREntryList& cards, const PictureSource& pictureOf)
+{
+    DRPendingFile pending(path);
+    QFile file;
+    if (!pending.file().isOpen() || !file.open(pending.file().number(), QIODevice::WriteOnly)) {
+        return false;
+    }
+    PhoneCards phoneCards(path);
+    for (const std::any& entry : cards) {
+        const auto* own = std::any_cast<DRPhoneCard>(&entry);
+        const auto* contact = std::any_cast<DRContactCard>(&entry);
+        if ((own != nullptr && !phoneCards.copy(*own, file)) ||
+            (contact != nullptr && !writeContact(file, *contact, pictureOf))) {
+            return false;
+        }
+    }
+    return file.flush() && pending.file().flush() && pending.publish();
+}

@@ -1,0 +1,179 @@
+#include "convert/contacts/DRContactCard.h"
+#include "convert/contacts/DRPersonReader.h"
+#include "tests/convert/contacts/DRContactsFixture.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kSomebody = u"INSERT INTO ABPerson (ROWID, First) VALUES (1, 'Ada'), (2, 'Bo');"_s;
+
+QByteArray cardsOf(const DRMigrateIPhoneAddressBook& book)
+{
+    QByteArray cards;
+    const DREntries entries = book.entries();
+    for (const DRContactCard* card : recordsOf<DRContactCard>(*entries)) {
+        cards += card->vCard;
+    }
+    return cards.replace("\r\n", "\n");
+}
+
+} // namespace
+
+class TestContactsOfIPhone : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<DRContactsFixture> m_fixture;
+
+private Q_SLOTS:
+
+    void init() { m_fixture = std::make_unique<DRContactsFixture>(); }
+
+    void contactsBecomeCards_data()
+    {
+        QTest::addColumn<QString>("name");
+        const QDir folder(QStringLiteral(MIGRATE_TEST_DATA "/contacts"));
+        for (const QString& file : folder.entryList({u"*.sql"_s})) {
+            QTest::newRow(qPrintable(file)) << folder.filePath(file.chopped(4));
+        }
+    }
+
+    void contactsBecomeCards()
+    {
+        QFETCH(const QString, name);
+        QVERIFY(m_fixture->makeAddressBook(QString::fromUtf8(contentsOf(name + u".sql"_s))));
+        const auto book = m_fixture->iPhoneSide();
+        QVERIFY(book->load());
+        const QByteArray expected = contentsOf(name + u".expected"_s);
+        QCOMPARE(QString::fromUtf8(cardsOf(*book)), QString::fromUtf8(expected));
+        QCOMPARE(book->report().found, expected.count("BEGIN:VCARD"));
+        QVERIFY(book->report().skipped.empty());
+    }
+
+    void textsBecomeDates_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("seconds");
+        QTest::newRow("as the iPhone stores it") << u"-547783200.000000"_s << -547783200.0;
+        QTest::newRow("exponent") << u"1.5e3"_s << 1500.0;
+        QTest::newRow("comma") << u"1,5"_s << 0.0;
+        QTest::newRow("word") << u"x"_s << 0.0;
+        QTest::newRow("number and more") << u"12 June"_s << 0.0;
+        QTest::newRow("missing") << QString() << 0.0;
+        QTest::newRow("infinite") << u"inf"_s << 0.0;
+        QTest::newRow("not a number") << u"nan"_s << 0.0;
+    }
+
+    void textsBecomeDates()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const double, seconds);
+        QCOMPARE(dateFromString(text).toMSecsSinceEpoch(), qRound64((978307200.0 + seconds) * 1000));
+    }
+
+    void callsAreRead()
+    {
+        QVERIFY(m_fixture->makeAddressBook(kSomebody));
+        QVERIFY(
+            m_fixture->makeCalls(u"INSERT INTO call (ROWID, address, date, duration, flags) VALUES "
+                                 "(2, '+1 555', 1400000000, 61, 4), (1, NULL, NULL, NULL, NULL), (3, '', 5, 0, 5), "
+                                 "(4, 'a@b.c', 9223372036854775807, 1, 17), (5, '7', -9223372036854775807, 1, 16);"_s));
+        const auto book = m_fixture->iPhoneSide();
+        QVERIFY(book->load());
+        QStringList calls;
+        for (const DRImportedCall& call : book->callLog()) {
+            calls << u"%1|%2|%3|%4"_s.arg(call.address)
+                         .arg(call.duration)
+                         .arg(call.isIncoming ? u"in"_s : u"out"_s, call.isFaceTimeCall ? u"FaceTime"_s : u""_s);
+        }
+        QCOMPARE(calls, (QStringList{u"|0|in|"_s, u"+1 555|61|in|"_s, u"|0|out|"_s, u"a@b.c|1|out|FaceTime"_s,
+                                     u"7|1|in|FaceTime"_s}));
+        QCOMPARE(book->callLog().at(1).date.toSecsSinceEpoch(), 1'400'000'000);
+        QVERIFY(book->callLog().at(3).date > book->callLog().at(1).date); // beyond all dates: saturated
+        QCOMPARE(book->report().counts.at(u"calls"_s), 5);
+    }
+
+    void picturesBelongToTheirPersons()
+    {
+        QVERIFY(m_fixture->makeAddressBook(kSomebody));
+        QVERIFY(m_fixture->makePictures(u"INSERT INTO ABFullSizeImage (ROWID, record_id, data) VALUES "
+                                        "(1, 2, x'00'), (2, 77, x'00'), (3, NULL, x'00'), (4, 2, x'00');"_s));
+        const auto book = m_fixture->iPhoneSide();
+        QVERIFY(book->load());
+        const DREntries entries = book->entries();
+        const auto cards = recordsOf<DRContactCard>(*entries);
+        QVERIFY(!cards.at(0)->pictureRow);
+        QCOMPARE(cards.at(1)->pictureRow, std::optional<qint64>(4)); // the last of several
+        QCOMPARE(cards.at(1)->name, u"Bo"_s);
+    }
+
+    void brokenDatabases_data()
+    {
+        QTest::addColumn<QStringList>("broken"); ///< databases that hold no SQLite
+        QTest::addColumn<QStringList>("missing");
+        QTest::addColumn<bool>("isLoaded");
+        QTest::addColumn<bool>("isNotInBackup");
+        QTest::addColumn<int>("calls");
+        QTest::addColumn<int>("skipped");
+        const QString book = DRContactsFixture::kAddressBook;
+        const QString images = DRContactsFixture::kImages;
+        const QString calls = DRContactsFixture::kCalls;
+        QTest::newRow("all there") << QStringList() << QStringList() << true << false << 1 << 0;
+        QTest::newRow("only the address book")
+            << QStringList() << QStringList{images, calls} << true << false << 0 << 0;
+        QTest::newRow("nothing") << QStringList() << QStringList{book, images, calls} << false << true << 0 << 0;
+        QTest::newRow("no address book") << QStringList() << QStringList{book} << false << false << 1 << 1;
+        QTest::newRow("broken address book") << QStringList{book} << QStringList() << false << false << 1 << 1;
+        QTest::newRow("broken pictures") << QStringList{images} << QStringList() << true << false << 1 << 1;
+        QTest::newRow("broken calls") << QStringList{calls} << QStringList() << true << false << 0 << 1;
+    }
+
+    void brokenDatabases()
+    {
+        QVERIFY(m_fixture->makeAddressBook(kSomebody));
+        QVERIFY(m_fixture->makePictures(u"INSERT INTO ABFullSizeImage (record_id, data) VALUES (1, x'00');"_s));
+        QVERIFY(m_fixture->makeCalls(u"INSERT INTO call (address) VALUES ('5');"_s));
+        QFETCH(const QStringList, broken);
+        for (const QString& database : broken) {
+            QVERIFY(writeFile(m_fixture->backedUp(database), QByteArray("SQLite format 3\0\xFF", 17).repeated(400)));
+        }
+        QFETCH(const QStringList, missing);
+        for (const QString& database : missing) {
+            QVERIFY(QFile::remove(m_fixture->backedUp(database)));
+        }
+        const auto book = m_fixture->iPhoneSide();
+        QTEST(book->load(), "isLoaded");
+        const DRMigrateReport report = book->report();
+        QTEST(report.isNotInBackup, "isNotInBackup");
+        QTEST(static_cast<int>(book->callLog().size()), "calls");
+        QTEST(static_cast<int>(report.skipped.size()), "skipped");
+    }
+
+    void olderSchemasAreRead()
+    {
+        QVERIFY(QDir().mkpath(m_fixture->path(u"backup"_s)));
+        auto database =
+            DRDatabase::open(m_fixture->backedUp(DRContactsFixture::kAddressBook), DRDatabase::Profile::Create);
+        QVERIFY(database && database->executeScript(u"CREATE TABLE ABPerson (ROWID INTEGER PRIMARY KEY, First TEXT);"
+                                                    "INSERT INTO ABPerson VALUES (1, 'Ada');"_s));
+        const auto book = m_fixture->iPhoneSide();
+        QVERIFY(book->load());
+        QVERIFY(cardsOf(*book).contains("\nFN:Ada\n"));
+        QCOMPARE(book->report().skipped.size(), 1U); // the numbers and addresses, whose tables are missing
+    }
+
+    void callsOfNewerSystemsAreTold()
+    {
+        QVERIFY(m_fixture->makeAddressBook(kSomebody));
+        QVERIFY(writeFile(m_fixture->backedUp(u"HomeDomain-Library/CallHistoryDB/CallHistory.storedata"_s), "x"));
+        const auto book = m_fixture->iPhoneSide();
+        QVERIFY(book->load());
+        QCOMPARE(book->report().skipped.size(), 1U);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestContactsOfIPhone)
+#include "TestContactsOfIPhone.moc"

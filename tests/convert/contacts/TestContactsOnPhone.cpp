@@ -1,0 +1,230 @@
+#include "convert/contacts/DRContactCard.h"
+#include "convert/contacts/DRMigrateAndroidAddressBook.h"
+#include "convert/contacts/DRMigrateIPhoneAddressBook.h"
+#include "convert/contacts/DRVCardFile.h"
+#include "model/packet/DRMigratePacketCodec.h"
+#include "tests/convert/contacts/DRContactsFixture.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kPacketID = u"com.vornmobile.android.contactsimport"_s;
+
+QByteArray cardsOf(const QString& path)
+{
+    const DRVCardFile::Contents contents = DRVCardFile::read(path);
+    const QByteArray bytes = contentsOf(path);
+    QByteArray cards;
+    for (const DRPhoneCard& card : contents.cards) {
+        cards += bytes.mid(card.offset, card.size) + '|';
+    }
+    return cards;
+}
+
+} // namespace
+
+class TestContactsOnPhone : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<DRContactsFixture> m_fixture;
+
+    [[nodiscard]] QString inApp(const QString& file) const
+    {
+        return m_fixture->path(u"work/%1/apps/%1/%2"_s.arg(kPacketID, file));
+    }
+
+    /// A packet of the phone with these files below its app's folder.
+    [[nodiscard]] bool makePacket(const QMap<QString, QByteArray>& files) const
+    {
+        const QString folder = m_fixture->path(u"made"_s);
+        QStringList paths;
+        bool isMade = true;
+        for (const auto& [name, bytes] : files.asKeyValueRange()) {
+            const QString path = u"apps/%1/%2"_s.arg(kPacketID, name);
+            isMade = writeFile(folder + u'/' + path, bytes) && isMade;
+            paths << path;
+        }
+        return isMade && DRMigrateUtils::compressAndroidBackupPacket(
+                             folder, paths, m_fixture->path(u"phone/%1/fullbackupdata"_s.arg(kPacketID)));
+    }
+
+    [[nodiscard]] std::shared_ptr<DRMigrateAndroidAddressBook> phoneSide() const
+    {
+        auto book = std::make_shared<DRMigrateAndroidAddressBook>(m_fixture->test.services);
+        book->setSourcePath(m_fixture->path(u"phone"_s));
+        book->setTargetPath(m_fixture->path(u"work"_s));
+        book->setPacketID(kPacketID);
+        return book;
+    }
+
+private Q_SLOTS:
+
+    void init()
+    {
+        m_fixture = std::make_unique<DRContactsFixture>();
+        QVERIFY(QDir().mkpath(m_fixture->path(u"phone/"_s + kPacketID)));
+    }
+
+    void cardsAreFound_data()
+    {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QByteArray>("cards");
+        QTest::addColumn<bool>("isReadable");
+        QTest::addColumn<bool>("isDamaged");
+
+        const QByteArray one = "BEGIN:VCARD\r\nFN:One\r\nEND:VCARD";
+        const QByteArray two = "BEGIN:VCARD\nFN:\xC3\x96\nEND:VCARD";
+        QTest::newRow("empty") << QByteArray("") << QByteArray() << true << false;
+        QTest::newRow("blank lines between") << one + "\r\n\r\n\n" + two + "\n"
+                                             << one + '|' + two + '|' << true << false;
+        QTest::newRow("nothing between") << one + two << one + '|' + two + '|' << true << false;
+        QTest::newRow("mark of the encoding") << "\xEF\xBB\xBF" + one << one + '|' << true << false;
+        QTest::newRow("text outside") << "hello " + one + " you" << one + '|' << true << true;
+        QTest::newRow("no end") << one + "\nBEGIN:VCARD\nFN:Lost" << one + '|' << true << true;
+        QTest::newRow("other letter case") << QByteArray("begin:vcard\nend:vcard") << QByteArray() << true << true;
+        QTest::newRow("begin in a card") << "BEGIN:VCARD\n" + one << "BEGIN:VCARD\n" + one + '|' << true << false;
+        QTest::newRow("not UTF-8") << one + "\xFF" << QByteArray() << false << false;
+        QTest::newRow("cut in a character") << one + "\xC3" << QByteArray() << false << false;
+
+        // The reading goes chunk by chunk: markers and characters lie across every border of them.
+        QByteArray large;
+        QByteArray expected;
+        for (int i = 0; large.size() < 3'000'000; ++i) {
+            const QByteArray card =
+                "BEGIN:VCARD\nNOTE:" + QByteArray("\xF0\x9F\x98\x80").repeated(i % 700) + "\nEND:VCARD";
+            large += card + '\n';
+            expected += card + '|';
+        }
+        QTest::newRow("large") << large << expected << true << false;
+    }
+
+    void cardsAreFound()
+    {
+        QFETCH(const QByteArray, file);
+        const QString path = m_fixture->path(u"cards.vcf"_s);
+        QVERIFY(writeFile(path, file));
+        QTEST(cardsOf(path), "cards");
+        QTEST(DRVCardFile::read(path).isReadable, "isReadable");
+        QTEST(DRVCardFile::read(path).isDamaged, "isDamaged");
+    }
+
+    void everythingReachesThePacket()
+    {
+        const QByteArray phoneCard = "BEGIN:VCARD\r\nVERSION:2.1\r\nN:Own;;;;\r\nEND:VCARD";
+        QVERIFY(makePacket({{u"_manifest"_s, "1\n"},
+                            {u"f/full_backup_vcard.vcf"_s, "\n" + phoneCard + "\r\n\r\n"},
+                            {u"f/TempCallLogs"_s, "<CallLogList><Call><ID>4</ID></Call></CallLogList>"},
+                            {u"f/settings"_s, "lost"}}));
+        QVERIFY(m_fixture->makeAddressBook(u"INSERT INTO ABPerson (ROWID, First) VALUES (1, 'Ada'), (2, 'Bo');"_s));
+        QVERIFY(m_fixture->makePictures(
+            u"INSERT INTO ABFullSizeImage (record_id, data) VALUES (2, x'FFD8FF00'), (1, x'4749463839');"_s));
+        QVERIFY(m_fixture->makeCalls(u"INSERT INTO call (address, date, duration, flags) VALUES ('5', 9, 3, 5);"_s));
+
+        const auto source = m_fixture->iPhoneSide();
+        QVERIFY(source->load());
+        const auto target = phoneSide();
+        QVERIFY(target->load());
+        QCOMPARE(target->entries()->size(), 1U);
+        QVERIFY(target->mergeDataFrom(*source));
+        QCOMPARE(target->entries()->size(), 3U);
+        QVERIFY(target->save());
+
+        const QString packet = m_fixture->path(u"work/%1/fullbackupdata"_s.arg(kPacketID));
+        const QString folder = m_fixture->path(u"expanded"_s);
+        QVERIFY(DRMigrateUtils::expandAndroidBackupPacket(packet, folder));
+        const QString app = folder + u"/apps/%1/"_s.arg(kPacketID);
+        QCOMPARE(QDir(app + u"f"_s).entryList(QDir::Files, QDir::Name),
+                 (QStringList{u"TempCallLogs"_s, u"full_backup_vcard.vcf"_s}));
+        const QByteArray cards = contentsOf(app + u"f/full_backup_vcard.vcf"_s);
+        QVERIFY(cards.startsWith(phoneCard + "\nBEGIN:VCARD\r\n"));
+        QCOMPARE(cards.count("BEGIN:VCARD"), 3);
+        QVERIFY(cards.indexOf("FN:Ada") < cards.indexOf("FN:Bo"));
+        QVERIFY(cards.indexOf("PHOTO;ENCODING=b;TYPE=JPEG:/9j/AA==") > cards.indexOf("FN:Bo"));
+        QCOMPARE(cards.count("PHOTO"), 1);
+        QCOMPARE(contentsOf(app + u"f/TempCallLogs"_s),
+                 "<CallLogList><Call><ID>4</ID></Call><Call><ID>4</ID><Number>5</Number><Date>9000</Date><Duration>3"
+                 "</Duration><Type>2</Type><NumberType>0</NumberType></Call></CallLogList>");
+
+        const DRMigrateReport report = target->report();
+        QCOMPARE(report.found, 2);
+        QCOMPARE(report.written, 2);
+        QCOMPARE(report.counts.at(u"calls"_s), 1);
+        QCOMPARE(report.skipped.size(), 1U); // a picture that is neither JPEG nor PNG
+        QCOMPARE(report.skipped.front().what, u"The picture of Ada"_s);
+        QCOMPARE(report.warnings.size(), 1); // the file that has no place
+        QVERIFY(report.warnings.front().contains(u"f/settings"_s));
+    }
+
+    void lossesAreTold_data()
+    {
+        QTest::addColumn<QByteArray>("cards");
+        QTest::addColumn<QByteArray>("callLog");
+        QTest::addColumn<int>("warnings");
+        const QByteArray card = "BEGIN:VCARD\nEND:VCARD\n";
+        const QByteArray log = "<CallLogList><Call><ID>2</ID></Call></CallLogList>";
+        QTest::newRow("nothing lost") << card << log << 1; // the number with an ampersand
+        QTest::newRow("contacts not UTF-8") << card + '\xFF' << log << 2;
+        QTest::newRow("contact without an end") << card.chopped(5) << log << 2;
+        QTest::newRow("call log replaced") << card << QByteArray(log).replace("2", "1") << 2;
+    }
+
+    void lossesAreTold()
+    {
+        QFETCH(const QByteArray, cards);
+        QFETCH(const QByteArray, callLog);
+        QVERIFY(makePacket(
+            {{u"_manifest"_s, "1\n"}, {u"f/full_backup_vcard.vcf"_s, cards}, {u"f/TempCallLogs"_s, callLog}}));
+        QVERIFY(m_fixture->makeAddressBook({}));
+        QVERIFY(m_fixture->makeCalls(u"INSERT INTO call (address) VALUES ('a&b');"_s));
+        const auto source = m_fixture->iPhoneSide();
+        const auto target = phoneSide();
+        QVERIFY(source->load() && target->load() && target->mergeDataFrom(*source) && target->save());
+        QTEST(static_cast<int>(target->report().warnings.size()), "warnings");
+        QVERIFY(target->report().skipped.empty());
+    }
+
+    void packetsOfNoUse()
+    {
+        const auto target = phoneSide();
+        QVERIFY(!target->load()); // no packet was fetched
+        QVERIFY(makePacket({{u"f/full_backup_vcard.vcf"_s, "BEGIN:VCARD\nEND:VCARD\n"}}));
+        QVERIFY(!target->load());
+        QCOMPARE(target->report().skipped.back().what, u"The contacts app"_s);
+
+        const auto ignored = phoneSide();
+        ignored->setIgnoreDataType(true);
+        const auto source = m_fixture->iPhoneSide();
+        QVERIFY(ignored->load() && ignored->mergeDataFrom(*source) && ignored->save());
+        QVERIFY(!QFileInfo::exists(inApp(u"f/TempCallLogs"_s)));
+    }
+
+    /// What cannot be written must not be packed, or the phone would lose what it has.
+    void failedWritesFailTheSave()
+    {
+        QVERIFY(makePacket({{u"_manifest"_s, "1\n"}}));
+        QVERIFY(m_fixture->makeAddressBook({}));
+        const auto source = m_fixture->iPhoneSide();
+        QVERIFY(source->load());
+
+        const auto target = phoneSide();
+        QVERIFY(target->load());
+        QVERIFY(writeFile(inApp(u"f/TempCallLogs/in the way"_s), "x"));
+        QVERIFY(target->mergeDataFrom(*source)); // which it always does
+        QCOMPARE(target->report().skipped.size(), 1U);
+        QVERIFY(!target->save());
+
+        QVERIFY(QDir(inApp(u"f/TempCallLogs"_s)).removeRecursively());
+        QVERIFY(QFile::remove(inApp(u"f/full_backup_vcard.vcf"_s)));
+        QVERIFY(writeFile(inApp(u"f/full_backup_vcard.vcf/in the way"_s), "x"));
+        QVERIFY(target->mergeDataFrom(*source));
+        QVERIFY(!target->save());
+        QCOMPARE(target->report().skipped.back().what, u"All contacts"_s);
+    }
+};
+
+QTEST_APPLESS_MAIN(TestContactsOnPhone)
+#include "TestContactsOnPhone.moc"
