@@ -65,6 +65,7 @@ DRTransferLedger DRTransferLedger::ofFile(const QString& path)
     if (file.open(QIODevice::ReadOnly)) {
         const QJsonValue transfers = QJsonDocument::fromJson(file.readAll()).object().value(u"transfers");
         ledger.m_transfers = transfers.toArray();
+        ledger.m_countInFile = ledger.m_transfers.size();
         ledger.m_isDamaged = !transfers.isArray();
         return ledger;
     }
@@ -100,6 +101,23 @@ bool DRTransferLedger::record(const QStringList& keys,
             };
         }
     }
+    return write();
+}
+
+bool DRTransferLedger::withdraw(const QStringList& keys)
+{
+    bool isChanged = false;
+    for (qsizetype i = m_transfers.size() - 1; i >= m_countInFile; --i) {
+        if (keys.contains(m_transfers.at(i)[u"kind"].toString())) {
+            m_transfers.removeAt(i);
+            isChanged = true;
+        }
+    }
+    return !isChanged || write();
+}
+
+bool DRTransferLedger::write()
+{
     if (m_isDamaged && !DRFiles::replace(m_path, m_path + u".damaged"_s)) {
         return false;
     }

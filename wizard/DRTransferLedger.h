@@ -33,10 +33,17 @@ public:
                               const QString& phone,
                               const QDateTime& now);
 
+    /// Takes back those of the kinds that `record` entered since the file was read, and writes the file at once. False
+    /// when it cannot be written.
+    [[nodiscard]] bool withdraw(const QStringList& keys);
+
 private:
     explicit DRTransferLedger(QString path) : m_path(std::move(path)) {}
 
+    [[nodiscard]] bool write();
+
     QString m_path;
     QJsonArray m_transfers;
+    qsizetype m_countInFile = 0; ///< how many of the transfers stood in the file when it was read
     bool m_isDamaged = false;
 };

@@ -168,7 +168,8 @@ DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& 
         isRecorded =
             ledger.record(keys, *prepared.backup, prepared.phone->identifier(), startup().clock().now()) && isRecorded;
     };
-    DRTransferReporter reporter(terminal(), line(), [&record](const QString& key) { record({key}); });
+    // Before the phone is written: what is on it must be known even if this process dies in the middle.
+    DRTransferReporter reporter(terminal(), line(), [&] { record(prepared.plan.keys()); });
     for (const QString& note : prepared.plan.notes()) {
         reporter.warned(note);
     }
@@ -178,10 +179,12 @@ DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& 
     if (result.ending != Ending::Closed) {
         return notClosed(result, *prepared.phone, prepared.plan);
     }
-    if (result.phoneEntry) {
-        record(DRTransferSummary::deliveredKeys(prepared.plan, *result.phoneEntry));
-    }
-    if (!isRecorded) {
+    const QStringList delivered =
+        result.phoneEntry ? DRTransferSummary::deliveredKeys(prepared.plan, *result.phoneEntry) : QStringList();
+    QStringList undelivered = prepared.plan.keys();
+    undelivered.removeIf([&delivered](const QString& key) { return delivered.contains(key); });
+    isRecorded = ledger.withdraw(undelivered) && isRecorded;
+    if (!isRecorded && !delivered.isEmpty()) {
         reporter.warned(
             u"This transfer could not be noted in %1: another one would double everything."_s.arg(ledgerPath()));
     }

@@ -40,10 +40,10 @@ const PhaseName* nameOfPhase(Phase phase)
 
 } // namespace
 
-DRTransferReporter::DRTransferReporter(DRTerminal& terminal, const DRCommandLine& line, DeliveredHandler delivered)
+DRTransferReporter::DRTransferReporter(DRTerminal& terminal, const DRCommandLine& line, RestoreHandler restore)
     : m_terminal(terminal),
       m_progress(terminal, line.json && line.progress == DRProgressMode::Auto ? DRProgressMode::None : line.progress),
-      m_delivered(std::move(delivered)),
+      m_restore(std::move(restore)),
       m_isJson(line.json)
 {
 }
@@ -77,11 +77,9 @@ void DRTransferReporter::warned(const QString& message)
     m_terminal.say(u"Warning: "_s + withoutControlCharacters(message));
 }
 
-void DRTransferReporter::delivered(const QString& dataTypeKey)
+void DRTransferReporter::restoreWillBegin()
 {
-    if (!dataTypeKey.isEmpty()) {
-        m_delivered(dataTypeKey);
-    }
+    m_restore();
 }
 
 void DRTransferReporter::interruptedWhileWriting()

@@ -10,15 +10,15 @@
 /// Tells how a transfer goes: as JSON lines or to a person, or both.
 class DRTransferReporter final : public DRTransferObserver {
 public:
-    /// Called with a data-type key as soon as some of it has reached the phone.
-    using DeliveredHandler = std::function<void(const QString&)>;
+    /// Called when the phone is about to be written.
+    using RestoreHandler = std::function<void()>;
 
-    DRTransferReporter(DRTerminal& terminal, const DRCommandLine& line, DeliveredHandler delivered);
+    DRTransferReporter(DRTerminal& terminal, const DRCommandLine& line, RestoreHandler restore);
 
     void phaseChanged(DRMGSequenceStepTransfer::Phase phase) override;
     void progressed(double fraction, double secondsRemaining) override;
     void warned(const QString& message) override;
-    void delivered(const QString& dataTypeKey) override;
+    void restoreWillBegin() override;
     void interruptedWhileWriting() override;
     void willBeAbandoned(const QString& phoneBackup) override;
 
@@ -27,7 +27,7 @@ private:
 
     DRTerminal& m_terminal;
     DRProgressPrinter m_progress;
-    DeliveredHandler m_delivered;
+    RestoreHandler m_restore;
     bool m_isJson;
     QElapsedTimer m_sinceStatus; ///< invalid before the first status line
 };

@@ -5,8 +5,6 @@
 #include "model/backup_entry/DRMigrateServices.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "platform/device/DRBRBackupInfo.h"
-#include "platform/device/DRBRBackupRestoreController.h"
-#include "platform/device/DRDCNotifications.h"
 #include "wizard/DRMGStepKeys.h"
 #include "wizard/steps/DRMGSequenceStepComplete.h"
 
@@ -70,7 +68,10 @@ void DRTransferRun::observeStep()
                      [this] { m_observer.phaseChanged(m_step->progressPhase()); });
     QObject::connect(m_step, &DRMGSequenceStepTransfer::progressChanged, &m_loop,
                      [this] { m_observer.progressed(m_step->progressFraction(), m_step->secondsRemaining()); });
-    QObject::connect(m_step, &DRMGSequenceStepTransfer::restoreWillBegin, &m_loop, [this] { tellWarnings(); });
+    QObject::connect(m_step, &DRMGSequenceStepTransfer::restoreWillBegin, &m_loop, [this] {
+        tellWarnings();
+        m_observer.restoreWillBegin();
+    });
     QObject::connect(m_sequence.get(), &DRSequence::currentStepChanged, &m_loop, [this] {
         const DRSequenceStep* step = m_sequence->currentStep();
         if (step != nullptr && step->key() == DRMGStepKeys::kComplete) {
@@ -78,12 +79,6 @@ void DRTransferRun::observeStep()
             m_loop.quit();
         }
     });
-    // At once, not at the end: what is on the phone must be known even if this process dies in the middle.
-    m_restoredPackets = m_context.services.notificationCenter.observe(
-        DRDCNotifications::kDidFinishRestorePacket, [this](const DRNotification& notification) {
-            const QString packetID = notification.userInfo.value(DRDCNotifications::kBackupPacketKey).toString();
-            m_observer.delivered(DRBRBackupRestoreController::dataTypeOfPacket(packetID));
-        });
 }
 
 void DRTransferRun::tellWarnings()

@@ -22,8 +22,8 @@ public:
     /// The packets are rebuilt; this warning is told before the phone is written.
     virtual void warned(const QString& message) = 0;
 
-    /// Packets of this kind (data-type key) have just been replaced on the phone.
-    virtual void delivered(const QString& dataTypeKey) = 0;
+    /// All warnings are told; from here on the phone is written.
+    virtual void restoreWillBegin() = 0;
 
     /// Ctrl-C was pressed while the phone is written: the run goes on.
     virtual void interruptedWhileWriting() = 0;
@@ -77,7 +77,6 @@ private:
     DRInterrupt& m_interrupt;
     std::unique_ptr<DRMGSequence> m_sequence;
     DRMGSequenceStepTransfer* m_step = nullptr;
-    std::unique_ptr<DRNotificationCenter::Registration> m_restoredPackets;
     QEventLoop m_loop;
     Result m_result;
     bool m_hasBeenWarned = false;

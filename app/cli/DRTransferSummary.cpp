@@ -40,6 +40,7 @@ Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneS
               .records = {.found = report.found, .written = isOnPhone ? report.written : 0},
               .furtherCounts = {},
               .skipped = report.skipped,
+              .warnings = report.warnings,
               .note = {}};
     if (iPhoneSide == nullptr) {
         return kind;
@@ -51,6 +52,8 @@ Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneS
         kind.furtherCounts[name] = {.found = found, .written = isWritten ? written->second : 0};
     }
     std::ranges::for_each(source.skipped, [&kind](const auto& item) { addSkipped(kind, item); });
+    kind.warnings = source.warnings + kind.warnings;
+    kind.warnings.removeDuplicates();
     return kind;
 }
 
@@ -143,6 +146,7 @@ QJsonObject jsonOf(const Kind& kind)
     QJsonObject object = jsonOf(kind.records);
     object.insert(u"flags"_s, kind.flags);
     object.insert(u"skipped"_s, skipped);
+    object.insert(u"warnings"_s, QJsonArray::fromStringList(kind.warnings));
     if (!kind.furtherCounts.empty()) {
         QJsonObject counts;
         for (const auto& [name, count] : kind.furtherCounts) {
@@ -228,6 +232,9 @@ QString DRTransferSummary::text() const
         for (const DRMigrateSkippedItem& item : kind.skipped) {
             skips += u"Skipped (%1): %2: %3\n"_s.arg(name, withoutControlCharacters(item.what),
                                                      withoutControlCharacters(item.why));
+        }
+        for (const QString& warning : kind.warnings) {
+            skips += u"Warning (%1): %2\n"_s.arg(name, withoutControlCharacters(warning));
         }
     }
     for (const auto& [note, names] : namesByNote.asKeyValueRange()) {

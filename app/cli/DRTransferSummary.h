@@ -23,7 +23,8 @@ struct DRTransferSummary {
         Count records;
         std::map<QString, Count> furtherCounts; ///< by name, such as "calls" of contacts
         std::vector<DRMigrateSkippedItem> skipped;
-        QString note; ///< of a kind that is no loss though it was not moved
+        QStringList warnings; ///< losses that the phone's formats require
+        QString note;         ///< of a kind that is no loss though it was not moved
     };
 
     std::map<QString, Kind> kinds; ///< under the packet ID or media key, or the selection key when it was not moved

@@ -2,9 +2,23 @@
 
 #include "platform/sqlite/DRDatabase.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// The text at this position, counted from 1; null when there is none.
+QString textAt(const QStringList& list, qint64 position)
+{
+    return position > 0 && position <= list.size() ? list.at(position - 1) : QString();
+}
+
+/// Without these columns nothing can be found, whatever the system's version.
+bool hasColumns(const DRResultSet& rows, std::initializer_list<const char*> names)
+{
+    return std::ranges::all_of(names, [&rows](const char* name) { return rows.columnIndex(name).has_value(); });
+}
 
 /// In the order of the rows, which the unique index on the texts would otherwise turn into that of the alphabet.
 QStringList readTexts(DRDatabase& database, const QString& table, bool& isComplete)
@@ -31,18 +45,22 @@ void readValues(DRDatabase& database, DRAddressBookValues& values)
                                                                        .value = row.string("value")});
         }
     }
-    values.isComplete = values.isComplete && !row.hasFailed();
+    values.isComplete =
+        values.isComplete && !row.hasFailed() && hasColumns(row, {"UID", "record_id", "property", "value"});
 }
 
 void readParts(DRDatabase& database, DRAddressBookValues& values)
 {
+    const QStringList keys = readTexts(database, u"ABMultiValueEntryKey"_s, values.isComplete);
     DRResultSet row = database.executeQuery(u"SELECT * FROM ABMultiValueEntry ORDER BY ROWID"_s);
     while (row.next()) {
-        if (!row.isNull("parent_id")) {
-            values.partsByValue[row.integer("parent_id")].emplace_back(row.integer("key"), row.string("value"));
+        const QString key = textAt(keys, row.integer("key"));
+        const QString text = row.string("value");
+        if (!row.isNull("parent_id") && !key.isEmpty() && !text.isEmpty()) {
+            values.partsByValue[row.integer("parent_id")].insert(key, text);
         }
     }
-    values.isComplete = values.isComplete && !row.hasFailed();
+    values.isComplete = values.isComplete && !row.hasFailed() && hasColumns(row, {"parent_id", "key", "value"});
 }
 
 } // namespace
@@ -51,13 +69,12 @@ DRAddressBookValues DRAddressBookValues::read(DRDatabase& database)
 {
     DRAddressBookValues values;
     values.labels = readTexts(database, u"ABMultiValueLabel"_s, values.isComplete);
-    values.keys = readTexts(database, u"ABMultiValueEntryKey"_s, values.isComplete);
     readValues(database, values);
     readParts(database, values);
     return values;
 }
 
-QString DRAddressBookValues::textAt(const QStringList& list, qint64 position)
+QString DRAddressBookValues::labelOf(const Value& value) const
 {
-    return position > 0 && position <= list.size() ? list.at(position - 1) : QString();
+    return textAt(labels, value.label);
 }

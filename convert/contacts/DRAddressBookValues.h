@@ -1,10 +1,10 @@
 #pragma once
 
 #include <QHash>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 
-#include <utility>
 #include <vector>
 
 class DRDatabase;
@@ -19,19 +19,19 @@ struct DRAddressBookValues {
         QString value;       ///< null when missing
     };
 
-    /// A part of a structured value, a row of `ABMultiValueEntry`: position in `keys`, counted from 1, and text.
-    using Part = std::pair<qint64, QString>;
+    /// The parts of a structured value, rows of `ABMultiValueEntry`: texts by key, such as "Street". Neither is empty; of
+    /// several rows with one key the last counts.
+    using Parts = QMap<QString, QString>;
 
     QStringList labels; ///< in row order; rows without a text are left out, so that later ones move up
-    QStringList keys;   ///< likewise
     QHash<qint64, std::vector<Value>> valuesByPerson; ///< in row order
-    QHash<qint64, std::vector<Part>> partsByValue;    ///< by the value's `uid`, in row order
+    QHash<qint64, Parts> partsByValue;                ///< by the value's `uid`
     bool isComplete = true; ///< false when a table could not be read to its end, or is not there
 
     /// Each table is read once, whole: an address book without an index on the person would otherwise be searched from
     /// end to end for every person.
     [[nodiscard]] static DRAddressBookValues read(DRDatabase& database);
 
-    /// The text at this position of `labels` or `keys`, counted from 1; null when there is none.
-    [[nodiscard]] static QString textAt(const QStringList& list, qint64 position);
+    /// The text of a value's label; null when there is none.
+    [[nodiscard]] QString labelOf(const Value& value) const;
 };

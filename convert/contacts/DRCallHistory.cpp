@@ -48,7 +48,7 @@ DRCallHistory::Reading DRCallHistory::read(const QString& backupPath, const QStr
     while (call.next()) {
         reading.calls.push_back(callFromRow(call));
     }
-    if (call.hasFailed()) {
+    if (call.hasFailed() || !call.columnIndex("address") || !call.columnIndex("date")) {
         qCWarning(lcMigrate, "The call history of the backup cannot be read: %ls",
                   qUtf16Printable((*database)->lastErrorMessage()));
         reading.problem = u"the backup's call history is damaged"_s;

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QByteArrayView kEmptyLog("<?xml version=\"1.0\" encoding=\"utf-8\"?><CallLogList></CallLogList>");
+constexpr QByteArrayView kEmptyLog(R"(<?xml version="1.0" encoding="utf-8"?><CallLogList></CallLogList>)");
 constexpr QByteArrayView kClosingTag("</callloglist>");
 constexpr auto kNoNumber = "-2"_L1;
 
@@ -27,20 +27,24 @@ qsizetype findTag(QByteArrayView text, QByteArrayView tag, qsizetype from)
     return found == text.end() ? -1 : found - text.begin();
 }
 
-/// The whole number at the beginning of the text, after blanks; 0 when there is none. Saturates.
+/// The whole number at the beginning of the text, after blanks; 0 when there is none or it is negative. Saturates.
 qint64 leadingInteger(QByteArrayView text)
 {
-    constexpr qsizetype kLongest = 24; // more digits than any number has, so that no long text is copied
-    const QByteArray start = text.first(std::min(text.size(), kLongest)).trimmed().toByteArray();
-    const qsizetype sign = start.startsWith('-') || start.startsWith('+') ? 1 : 0;
-    const auto* const end = std::find_if(start.begin() + sign, start.end(), [](char c) { return c < '0' || c > '9'; });
-    bool isNumber = false;
-    const QByteArray digits(start.constData(), end - start.begin());
-    const qint64 value = digits.toLongLong(&isNumber);
-    if (isNumber || digits.size() == sign) {
-        return value;
+    constexpr qint64 kBase = 10;
+    constexpr qint64 kHighest = std::numeric_limits<qint64>::max();
+    QByteArrayView rest = text.trimmed();
+    if (rest.startsWith('+')) {
+        rest = rest.sliced(1);
     }
-    return start.startsWith('-') ? std::numeric_limits<qint64>::min() : std::numeric_limits<qint64>::max();
+    qint64 value = 0;
+    for (const char c : rest) {
+        if (c < '0' || c > '9') {
+            break;
+        }
+        const qint64 digit = c - '0';
+        value = value > (kHighest - digit) / kBase ? kHighest : value * kBase + digit;
+    }
+    return value;
 }
 
 /// The highest number between "<id>" and the next "</id>"; 0 when there is none.
@@ -63,9 +67,10 @@ qint64 highestId(QByteArrayView log)
     return highest;
 }
 
-bool holdsCalls(QByteArrayView log)
+/// Whether nothing goes when the log is made anew.
+bool isWithoutCalls(QByteArrayView log)
 {
-    return findTag(log, "<call>", 0) >= 0;
+    return log.trimmed().isEmpty() || findTag(log, "<callloglist></callloglist>", 0) >= 0;
 }
 
 /// Why the phone's log cannot be added to; null when it can.
@@ -92,13 +97,12 @@ QString numberOf(const DRImportedCall& call)
     return call.address.isEmpty() ? QString(kNoNumber) : call.address;
 }
 
-QByteArray element(const DRImportedCall& call, quint64 id)
+QByteArray element(const DRImportedCall& call, qint64 id)
 {
     constexpr int kIncoming = 1;
     constexpr int kOutgoing = 2;
-    return "<Call><ID>" + QByteArray::number(static_cast<qint64>(id)) + "</ID><Number>" +
-           DRUtf8::encode(numberOf(call)) + "</Number><Date>" +
-           QByteArray::number(wholeSecondsInMilliseconds(call.date)) + "</Date><Duration>" +
+    return "<Call><ID>" + QByteArray::number(id) + "</ID><Number>" + DRUtf8::encode(numberOf(call)) +
+           "</Number><Date>" + QByteArray::number(wholeSecondsInMilliseconds(call.date)) + "</Date><Duration>" +
            QByteArray::number(call.duration) + "</Duration><Type>" +
            QByteArray::number(call.isIncoming ? kIncoming : kOutgoing) + "</Type><NumberType>0</NumberType></Call>";
 }
@@ -113,17 +117,17 @@ DRCallLogText::Base DRCallLogText::baseFor(const std::optional<QByteArray>& exis
     if (reason.isNull()) {
         return {.text = log, .firstId = highest, .reasonOfReplacement = {}};
     }
-    // A log without calls loses nothing when it is made anew; one that cannot be read may have had some.
-    const bool hasLosses = !log.isEmpty() && (holdsCalls(log) || !log.isValidUtf8());
-    return {.text = kEmptyLog.toByteArray(), .firstId = 1, .reasonOfReplacement = hasLosses ? reason : QString()};
+    return {
+        .text = kEmptyLog.toByteArray(), .firstId = 1, .reasonOfReplacement = isWithoutCalls(log) ? QString() : reason};
 }
 
 QByteArray DRCallLogText::withCalls(const Base& base, const std::vector<DRImportedCall>& calls)
 {
     QByteArray elements;
-    auto id = static_cast<quint64>(base.firstId); // wraps around where a signed number would overflow
+    qint64 id = base.firstId;
     for (const DRImportedCall& call : calls) {
-        elements += element(call, id++);
+        elements += element(call, id);
+        id += id < std::numeric_limits<qint64>::max() ? 1 : 0;
     }
     QByteArray text = base.text;
     return text.insert(std::max<qsizetype>(findTag(text, kClosingTag, 0), 0), elements);

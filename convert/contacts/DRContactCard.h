@@ -15,10 +15,10 @@ struct DRContactCard {
     bool operator==(const DRContactCard&) const = default;
 };
 
-/// One contact that the phone has already: a range of bytes in its vCard file.
+/// One contact that the phone has already: where its card begins in the phone's vCard file. No more than that, so that
+/// the list of millions of them stays small.
 struct DRPhoneCard {
     qint64 offset = 0;
-    qint64 size = 0;
 
     bool operator==(const DRPhoneCard&) const = default;
 };

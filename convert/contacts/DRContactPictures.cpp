@@ -33,9 +33,10 @@ DRContactPictures::DRContactPictures(DRIPhoneBackupFiles::OpenDatabase database)
 DRContactPictures::Rows DRContactPictures::rows()
 {
     Rows rows;
-    DRResultSet image = m_database->executeQuery(u"SELECT ROWID AS picture_row, * FROM ABFullSizeImage"_s);
+    DRResultSet image =
+        m_database->executeQuery(u"SELECT ROWID AS picture_row, data IS NULL AS is_missing, * FROM ABFullSizeImage"_s);
     while (image.next()) {
-        if (!image.isNull("record_id")) {
+        if (!image.isNull("record_id") && image.integer("is_missing") == 0) {
             rows.rowByPerson.insert(image.integer("record_id"), image.integer("picture_row"));
         }
     }

@@ -15,7 +15,6 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -26,19 +25,30 @@ const QString kManifest = u"_manifest"_s;
 const QString kCallLog = u"f/TempCallLogs"_s;
 const QString kCards = u"f/full_backup_vcard.vcf"_s;
 
+constexpr qint64 kLargestCallLog = qint64{256} * 1024 * 1024; ///< a larger one counts as unreadable
+
 constexpr auto kKeptInBackup = "; the phone's backup keeps them"_L1;
 
-/// What to tell about the phone's own contacts before they are written anew.
-QStringList warningsOf(const DRVCardFile::Contents& contents, const QString& path)
+/// What of the phone's own contacts goes when they are written anew; told before the restore and named at the end.
+void tellLosses(DRMigrateReport& report, const DRVCardFile::Contents& contents, const QString& path)
 {
     if (!contents.isReadable && QFileInfo::exists(path)) {
-        return {u"The contacts on the phone cannot be read and are replaced by the new ones"_s + kKeptInBackup};
+        report.warnings.append(u"The contacts on the phone cannot be read and are replaced by the new ones"_s +
+                               kKeptInBackup);
+        report.skipped.push_back({.what = u"The phone's own contacts"_s, .why = u"their file is not readable text"_s});
+    } else if (contents.isDamaged) {
+        report.warnings.append(
+            u"The file of the phone's contacts is damaged: what stands in it outside whole contacts goes"_s +
+            kKeptInBackup);
+        report.skipped.push_back(
+            {.what = u"A part of the phone's own contacts"_s, .why = u"their file is damaged: no whole card"_s});
     }
-    if (contents.isDamaged) {
-        return {u"The file of the phone's contacts is damaged: what stands in it outside whole contacts goes"_s +
-                kKeptInBackup};
+    if (!contents.version.isEmpty() && contents.version != "3.0") {
+        report.warnings.append(
+            u"The phone's own contacts are in version %1 of vCard and the new ones in 3.0; if the phone "
+            "does not take both in one file, put its apps back from the phone's backup"_s.arg(
+                QString::fromLatin1(contents.version)));
     }
-    return {};
 }
 
 /// Reads pictures one by one while the cards are written, and remembers which could not be had.
@@ -114,7 +124,7 @@ bool DRMigrateAndroidAddressBook::load()
     const DRVCardFile::Contents contents = DRVCardFile::read(path);
     setEntries(DREntryList(contents.cards.begin(), contents.cards.end()));
     DRMigrateReport outcome = report();
-    outcome.warnings += warningsOf(contents, path);
+    tellLosses(outcome, contents, path);
     const bool hasManifest = checkForManifest();
     if (!hasManifest && isExpanded) {
         outcome.skipped.push_back(
@@ -129,7 +139,7 @@ bool DRMigrateAndroidAddressBook::mergeDataFrom(const DRMigrateDataType& source)
 {
     DRMigrateReport outcome = report();
     outcome.found = static_cast<qint64>(source.entries()->size());
-    if (!ignoreDataType()) {
+    if (!ignoreDataType() && !targetPath().isEmpty() && !packetID().isEmpty()) {
         if (const auto* addressBook = dynamic_cast<const DRMigrateIPhoneAddressBook*>(&source)) {
             mergeCalls(*addressBook, outcome);
         }
@@ -144,8 +154,11 @@ bool DRMigrateAndroidAddressBook::mergeDataFrom(const DRMigrateDataType& source)
 void DRMigrateAndroidAddressBook::mergeCalls(const DRMigrateIPhoneAddressBook& source, DRMigrateReport& outcome) const
 {
     const QString path = pathInApp(kCallLog);
-    const auto existing = DRFiles::readRegularFile(path, std::numeric_limits<qint64>::max());
-    const DRCallLogText::Base base = DRCallLogText::baseFor(existing);
+    const auto existing = DRFiles::readRegularFile(path, kLargestCallLog);
+    DRCallLogText::Base base = DRCallLogText::baseFor(existing);
+    if (!existing && QFileInfo::exists(path)) {
+        base.reasonOfReplacement = u"it cannot be read"_s;
+    }
     if (!base.reasonOfReplacement.isNull()) {
         outcome.warnings.append(u"The call log on the phone is replaced, for %1; the phone's backup keeps it"_s.arg(
             base.reasonOfReplacement));
@@ -163,7 +176,8 @@ void DRMigrateAndroidAddressBook::mergeCalls(const DRMigrateIPhoneAddressBook& s
     }
     qCWarning(lcMigrate, "The call log cannot be written: %ls", qUtf16Printable(file.errorString()));
     file.remove(); // a part of it must not reach the phone in place of the whole: without it, packing fails
-    outcome.skipped.push_back({.what = u"The call log"_s, .why = u"it cannot be written: "_s + file.errorString()});
+    outcome.skipped.push_back(
+        {.what = u"The call log"_s, .why = u"it cannot be written; is the disk of this computer full?"_s});
 }
 
 bool DRMigrateAndroidAddressBook::save()

@@ -41,7 +41,7 @@ bool DRMigrateIPhoneAddressBook::load()
         outcome.skipped.push_back(
             {.what = u"The call history"_s, .why = u"the backup holds no address book to go with it"_s});
     }
-    outcome.found = static_cast<qint64>(cards.size());
+    outcome.found += static_cast<qint64>(cards.size());
     setEntries(std::move(cards));
     setReport(std::move(outcome));
     return isRead;
@@ -67,6 +67,7 @@ bool DRMigrateIPhoneAddressBook::readPersons(DRDatabase& database, DREntryList& 
     const DRAddressBookValues values = DRAddressBookValues::read(database);
     const QHash<qint64, qint64> pictureRows = findPictures(outcome);
     QHash<qint64, std::size_t> positions; // of each person's card
+    qint64 replacedCount = 0;
     DRResultSet person = database.executeQuery(u"SELECT * FROM ABPerson"_s);
     while (person.next()) {
         const qint64 id = person.integer("ROWID");
@@ -75,12 +76,17 @@ bool DRMigrateIPhoneAddressBook::readPersons(DRDatabase& database, DREntryList& 
                            .name = contact.displayName(),
                            .pictureRow = valueIn(pictureRows, id)};
         if (const auto earlier = positions.constFind(id); earlier != positions.cend()) {
-            outcome.skipped.push_back({.what = u"A contact"_s, .why = u"another one has the same number"_s});
+            ++replacedCount;
             cards[*earlier] = std::move(card);
             continue;
         }
         positions.insert(id, cards.size());
         cards.emplace_back(std::move(card));
+    }
+    outcome.found = replacedCount;
+    if (replacedCount > 0) {
+        outcome.skipped.push_back({.what = u"Contacts: %1"_s.arg(replacedCount),
+                                   .why = u"later ones have the same numbers in the address book"_s});
     }
     if (person.hasFailed() && cards.empty()) {
         return false;

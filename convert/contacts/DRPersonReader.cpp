@@ -8,8 +8,6 @@
 #include "platform/core/DRDates.h"
 #include "platform/sqlite/DRResultSet.h"
 
-#include <QMap>
-
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -110,9 +108,9 @@ constexpr std::array kAccountParts{
 /// A value of a person with its label resolved.
 struct LabelledValue {
     QString text;
-    QString rel;                   ///< null when the label is none of those of telephone numbers
-    QString label;                 ///< the iPhone's text; null when there is none, or a rel stands for it
-    QMap<QString, QString> byPart; ///< structured values: the parts that are not empty, by their key
+    QString rel;                      ///< null when the label is none of those of telephone numbers
+    QString label;                    ///< the iPhone's text; null when there is none, or a rel stands for it
+    DRAddressBookValues::Parts parts; ///< of a structured value
 };
 
 QString orElse(const QString& rel, QLatin1StringView generalRel)
@@ -131,10 +129,12 @@ void addEmailAddress(DRCSContact& contact, const LabelledValue& value)
 }
 
 template <typename Element, std::size_t count>
-void setParts(Element& element, const QMap<QString, QString>& byPart, const std::array<PartOf<Element>, count>& parts)
+void setParts(Element& element,
+              const DRAddressBookValues::Parts& parts,
+              const std::array<PartOf<Element>, count>& known)
 {
-    for (const PartOf<Element>& part : parts) {
-        if (const auto found = byPart.constFind(part.key); found != byPart.cend()) {
+    for (const PartOf<Element>& part : known) {
+        if (const auto found = parts.constFind(part.key); found != parts.cend()) {
             element.*part.field = *found;
         }
     }
@@ -145,7 +145,7 @@ void addPostalAddress(DRCSContact& contact, const LabelledValue& value)
     GDataStructuredPostalAddress address;
     address.rel = orElse(value.rel, kGDataContactOther);
     address.label = value.label;
-    setParts(address, value.byPart, kAddressParts);
+    setParts(address, value.parts, kAddressParts);
     contact.addStructuredPostalAddress(address);
 }
 
@@ -162,7 +162,7 @@ void addAccount(DRCSContact& contact, const LabelledValue& value)
     GDataIM account;
     account.rel = orElse(value.rel, kGDataContactOther);
     account.label = value.label;
-    setParts(account, value.byPart, kAccountParts);
+    setParts(account, value.parts, kAccountParts);
     if (const QString protocol = translated(kServices, account.protocol); !protocol.isNull()) {
         account.protocol = protocol;
     }
@@ -189,30 +189,14 @@ constexpr std::array kProperties{
     Property{13, addAccount},    Property{22, addWebsiteLink}, Property{23, addRelation},
 };
 
-QMap<QString, QString> partsOf(qint64 uid, const DRAddressBookValues& values)
-{
-    QMap<QString, QString> byPart;
-    const auto parts = values.partsByValue.constFind(uid);
-    if (parts == values.partsByValue.cend()) {
-        return byPart;
-    }
-    for (const auto& [position, text] : *parts) {
-        const QString key = DRAddressBookValues::textAt(values.keys, position);
-        if (!key.isEmpty() && !text.isEmpty()) {
-            byPart.insert(key, text);
-        }
-    }
-    return byPart;
-}
-
 LabelledValue labelledValue(const DRAddressBookValues::Value& value, const DRAddressBookValues& values)
 {
-    const QString label = DRAddressBookValues::textAt(values.labels, value.label);
+    const QString label = values.labelOf(value);
     const QString rel = translated(kPhoneLabels, label);
     return {.text = value.value,
             .rel = rel,
             .label = rel.isNull() ? label : QString(),
-            .byPart = partsOf(value.uid, values)};
+            .parts = values.partsByValue.value(value.uid)};
 }
 
 void addValues(DRCSContact& contact, qint64 person, const DRAddressBookValues& values)

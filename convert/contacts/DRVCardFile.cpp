@@ -15,6 +15,9 @@ namespace {
 
 constexpr qsizetype kChunkBytes = qsizetype{1} << 20;
 
+constexpr QByteArrayView kBegin("BEGIN:VCARD");
+constexpr QByteArrayView kEnd("END:VCARD");
+
 /// Takes a file chunk by chunk and notes where its cards are.
 class CardFinder {
 public:
@@ -30,7 +33,7 @@ public:
             }
             const qsizetype after = found + marker.pattern().size();
             if (m_isInCard) {
-                m_contents.cards.push_back({.offset = m_cardOffset, .size = offset + after - m_cardOffset});
+                m_contents.cards.push_back({.offset = m_cardOffset});
             } else {
                 noteOutside(bytes.sliced(position, found - position));
                 m_cardOffset = offset + found;
@@ -65,8 +68,8 @@ private:
         m_contents.isDamaged = m_contents.isDamaged || !(text.isEmpty() || text == kByteOrderMark);
     }
 
-    const QByteArrayMatcher m_begin{"BEGIN:VCARD"};
-    const QByteArrayMatcher m_end{"END:VCARD"};
+    const QByteArrayMatcher m_begin{kBegin};
+    const QByteArrayMatcher m_end{kEnd};
     DRVCardFile::Contents m_contents;
     qint64 m_cardOffset = 0;
     qsizetype m_kept = 0;
@@ -88,6 +91,21 @@ qsizetype incompleteTail(QByteArrayView bytes)
     return 0;
 }
 
+/// The version of the card that begins there; empty when it does not tell within its first lines.
+QByteArray versionAt(const QString& path, const DRPhoneCard& card)
+{
+    constexpr qint64 kFirstLines = 256;
+    static constexpr QByteArrayView kVersion("VERSION:");
+    const DRFileDescriptor descriptor = DRFileDescriptor::openRegularFile(path);
+    QFile file;
+    if (!descriptor.isOpen() || !file.open(descriptor.number(), QIODevice::ReadOnly) || !file.seek(card.offset)) {
+        return {};
+    }
+    const QByteArray start = file.read(kFirstLines);
+    const qsizetype found = start.indexOf(kVersion);
+    return found < 0 ? QByteArray() : start.sliced(found + kVersion.size()).split('\n').front().trimmed();
+}
+
 bool writeAll(QIODevice& target, const QByteArray& bytes)
 {
     return target.write(bytes) == bytes.size();
@@ -106,17 +124,26 @@ public:
         if (!m_isOpen || !m_file.seek(card.offset)) {
             return false;
         }
-        for (qint64 left = card.size; left > 0;) {
-            const QByteArray block = m_file.read(std::min<qint64>(left, kChunkBytes));
-            if (block.isEmpty() || !writeAll(target, block)) {
+        QByteArray text;
+        while (true) {
+            const QByteArray block = m_file.read(kBlockBytes);
+            text += block;
+            if (const qsizetype end = m_end.indexIn(text); end >= 0) {
+                return writeAll(target, text.first(end + m_end.pattern().size()) + '\n');
+            }
+            // What may be the first part of the marker waits for the next block.
+            const qsizetype certain = std::max<qsizetype>(text.size() - (m_end.pattern().size() - 1), 0);
+            if (block.isEmpty() || !writeAll(target, text.first(certain))) {
                 return false;
             }
-            left -= block.size();
+            text.remove(0, certain);
         }
-        return writeAll(target, "\n");
     }
 
 private:
+    static constexpr qsizetype kBlockBytes = 4096; ///< most cards are smaller
+
+    const QByteArrayMatcher m_end{kEnd};
     DRFileDescriptor m_descriptor; ///< owns the open file that m_file reads
     QFile m_file;
     bool m_isOpen = false;
@@ -146,7 +173,9 @@ DRVCardFile::Contents DRVCardFile::read(const QString& path)
             break;
         }
         if (count == 0) {
-            return finder.finish(buffer);
+            Contents contents = finder.finish(buffer);
+            contents.version = contents.cards.empty() ? QByteArray() : versionAt(path, contents.cards.front());
+            return contents;
         }
         finder.find(QByteArrayView(buffer).first(completeEnd), offset);
         checkedEnd = completeEnd - finder.kept();

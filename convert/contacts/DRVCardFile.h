@@ -16,9 +16,10 @@ struct Contents {
     std::vector<DRPhoneCard> cards; ///< each from its "BEGIN:VCARD" through the next "END:VCARD"
     bool isReadable = false;        ///< false when there is no such file or it is not UTF-8; there are no cards then
     bool isDamaged = false;         ///< whether text stands outside the cards, as that of a card without an end does
+    QByteArray version;             ///< of the first card, such as "2.1"; empty when there is none
 };
 
-/// Finds the cards of a file, in one pass and bounded memory beside their list. Markers are compared with regard to
+/// Finds the cards of a file, in one pass and bounded memory beside the list of their places. Markers are compared with regard to
 /// case. Links are not followed.
 [[nodiscard]] Contents read(const QString& path);
 

@@ -52,8 +52,11 @@ bool DRMigrateDataType::load()
 
 bool DRMigrateDataType::mergeDataFrom(const DRMigrateDataType& source)
 {
-    DREntryList merged = *entries();
+    const DREntries own = entries();
     const DREntries added = source.entries();
+    DREntryList merged;
+    merged.reserve(own->size() + added->size());
+    merged.insert(merged.end(), own->begin(), own->end());
     merged.insert(merged.end(), added->begin(), added->end());
     setEntries(std::move(merged));
     return true;

@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <array>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -25,6 +26,20 @@ QString placeOf(const QString& backupPath, const QString& domainPath)
     const QString folder = QFileInfo(backupPath).canonicalFilePath();
     const bool isReadable = !folder.isEmpty() && layoutOfBackup(folder) != Layout::Database;
     return isReadable ? folder + u'/' + sha1HexString(domainPath) : QString();
+}
+
+/// Whether the file begins as a write-ahead log does. SQLite would take anything else for an empty log, and the newest
+/// rows would be missing unnoticed.
+bool isWriteAheadLog(const QString& path)
+{
+    constexpr qint64 kMagicBytes = 4;
+    std::array<char, kMagicBytes> magic{};
+    const DRFileDescriptor file = DRFileDescriptor::openRegularFile(path);
+    if (file.read(magic.data(), kMagicBytes) != kMagicBytes) {
+        return false;
+    }
+    const QByteArrayView bytes(magic);
+    return bytes == QByteArrayView("\x37\x7f\x06\x82") || bytes == QByteArrayView("\x37\x7f\x06\x83");
 }
 
 /// Copies the database and its log to a private folder under names that belong together and opens the copy there.
@@ -79,9 +94,12 @@ openBackedUpDatabase(const QString& backupPath, const QString& domainPath, const
     }
     const QString log = pathOfBackedUpFile(backupPath, domainPath + u"-wal"_s);
     if (log.isEmpty() && holds(backupPath, domainPath + u"-wal"_s)) {
-        return std::nullopt; // without it the newest rows would be missing unnoticed
+        return std::nullopt;
     }
     if (!log.isEmpty() && QFileInfo(log).size() > 0) {
+        if (!isWriteAheadLog(log)) {
+            return std::nullopt;
+        }
         return openCopyWithLog(path, log, temporaryFolder);
     }
     auto opened = DRDatabase::open(path, Profile::Source);

@@ -124,6 +124,12 @@ QByteArray jotProperty(const GDataContactJot& jot)
     return textProperty("NOTE"_L1, jot.value);
 }
 
+/// Android's importer drops "," and ";" from numbers and takes "p" and "w" for the pause and the wait that they mean.
+QString withLettersForPauses(QString number)
+{
+    return number.replace(u',', u'p').replace(u';', u'w');
+}
+
 QByteArray phoneProperty(const GDataPhoneNumber& number)
 {
     if (number.stringValue.isEmpty()) {
@@ -131,7 +137,8 @@ QByteArray phoneProperty(const GDataPhoneNumber& number)
     }
     // Android calls both "other"; a number without any type would become one at home.
     const auto unnamed = number.rel.isEmpty() ? ";TYPE=VOICE"_L1 : ";TYPE=OTHER"_L1;
-    return DRVCardText::property(u"TEL"_s + typeOf(number, kPhoneTypes, unnamed), escaped(number.stringValue));
+    return DRVCardText::property(u"TEL"_s + typeOf(number, kPhoneTypes, unnamed),
+                                 escaped(withLettersForPauses(number.stringValue)));
 }
 
 QByteArray emailProperty(const GDataEmail& email)

@@ -234,11 +234,12 @@ class Comparison:
         if picture is not None and not self._card.take("photo", lambda line, types: line.value == picture):
             self.missing.append(f"picture of {len(picture)} bytes")
 
-    def _take_typed(self, name, value, known):
-        return self._card.take(name, lambda line, types: line.value == plain(value.text) and value.label.is_type(types, known))
+    def _take_typed(self, name, value, known, text=plain):
+        return self._card.take(name, lambda line, types: line.value == text(value.text) and value.label.is_type(types, known))
 
     def _check_phone(self, value):
-        return self._take_typed("tel", value, PHONE_TYPES)
+        # A pause and a wait, which Android's importer knows as letters.
+        return self._take_typed("tel", value, PHONE_TYPES, lambda text: plain(text).replace(",", "p").replace(";", "w"))
 
     def _check_email(self, value):
         return self._take_typed("email", value, EMAIL_TYPES)

@@ -6,7 +6,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QByteArray kHead = "<?xml version=\"1.0\" encoding=\"utf-8\"?>";
+const QByteArray kHead = QByteArray("<?xml version='1.0' encoding='utf-8'?>").replace('\'', '"');
 const QByteArray kEmptyLog = kHead + "<CallLogList></CallLogList>";
 
 QByteArray logWith(std::initializer_list<const char*> ids)
@@ -46,7 +46,10 @@ private Q_SLOTS:
         QTest::newRow("only 1") << logWith({"1"}) << 1LL << false << true;
         QTest::newRow("only 0") << logWith({"0", "0"}) << 1LL << false << true;
         QTest::newRow("no number in it") << logWith({"x", "", "-9"}) << 1LL << false << true;
-        QTest::newRow("blanks and rest") << logWith({" 12 minutes"}) << 12LL << true << false;
+        QTest::newRow("blanks and rest") << logWith({"\n                              0012 minutes"}) << 12LL << true
+                                         << false;
+        QTest::newRow("other elements") << QByteArray("<CallLogList><Call x='1'><ID>1</ID></Call></CallLogList>") << 1LL
+                                        << false << true;
         QTest::newRow("beyond 64 bits") << logWith({"99999999999999999999999999"}) << std::numeric_limits<qint64>::max()
                                         << true << false;
         QTest::newRow("other letter case")
@@ -75,8 +78,9 @@ private Q_SLOTS:
 
     void numbersWithoutEndAreFoundInOnePass()
     {
-        const DRCallLogText::Base base = DRCallLogText::baseFor(QByteArray("<id>").repeated(300'000) + "4</id>");
-        QCOMPARE(base.firstId, 1LL);
+        const DRCallLogText::Base base =
+            DRCallLogText::baseFor(QByteArray("<id>").repeated(300'000) + "4</id></CallLogList>");
+        QCOMPARE(base.firstId, 4LL);
     }
 
     void newCallsStandBeforeTheClosingTag()

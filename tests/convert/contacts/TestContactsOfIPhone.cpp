@@ -4,6 +4,8 @@
 
 #include <QTest>
 
+#include <ctime>
+
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -30,7 +32,60 @@ private:
 
 private Q_SLOTS:
 
+    void initTestCase() { QVERIFY(qputenv("TZ", "Asia/Kathmandu")); }
+
     void init() { m_fixture = std::make_unique<DRContactsFixture>(); }
+
+    void cleanup() { initTestCase(); }
+
+    /// An iPhone keeps the start of the day in its own time zone, which is taken to be the computer's.
+    void birthdaysKeepTheirDayInEveryTimeZone_data()
+    {
+        QTest::addColumn<QByteArray>("zone");
+        for (const char* zone : {"Pacific/Kiritimati", "Pacific/Pago_Pago", "America/New_York", "Europe/Amsterdam",
+                                 "UTC", "Asia/Kathmandu", "Pacific/Apia", "America/Sao_Paulo", "Africa/Monrovia"}) {
+            QTest::newRow(zone) << QByteArray(zone);
+        }
+    }
+
+    void birthdaysKeepTheirDayInEveryTimeZone()
+    {
+        QFETCH(const QByteArray, zone);
+        QVERIFY(qputenv("TZ", zone));
+        tzset();
+        const auto stored = [](int year) {
+            std::tm day{.tm_mday = 6, .tm_mon = 4, .tm_year = year - 1900};
+            return QString::number(static_cast<double>(mktime(&day)) - 978307200.0, 'f', 6);
+        };
+        QVERIFY(m_fixture->makeAddressBook(
+            u"INSERT INTO ABPerson (ROWID, Birthday) VALUES (1, '%1'), (2, '%2'), (3, '%3'), (4, '%4');"_s.arg(
+                stored(1604), stored(1799), stored(1800), stored(1980))));
+        const auto book = m_fixture->iPhoneSide();
+        QVERIFY(book->load());
+        QStringList days;
+        for (const QByteArray& line : cardsOf(*book).split('\n')) {
+            if (line.startsWith("BDAY:")) {
+                days << QString::fromLatin1(line.sliced(5));
+            }
+        }
+        QCOMPARE(days, (QStringList{u"--05-06"_s, u"--05-06"_s, u"1800-05-06"_s, u"1980-05-06"_s}));
+    }
+
+    void repeatedNumbersAreNoBurden()
+    {
+        QVERIFY(m_fixture->makeAddressBook(
+            u"INSERT INTO ABPerson (ROWID) VALUES (1); DROP TABLE ABMultiValue; CREATE TABLE ABMultiValue (UID, "
+            u"record_id, "
+            "property, label, value); DROP TABLE ABMultiValueEntry; CREATE TABLE ABMultiValueEntry (parent_id, key, "
+            "value);"
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) "
+            "INSERT INTO ABMultiValue SELECT 7, 1, 5, 0, '' FROM n; "
+            "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 30000) "
+            "INSERT INTO ABMultiValueEntry SELECT 7, 1 + i % 6, 'part' FROM n;"_s));
+        const auto book = m_fixture->iPhoneSide();
+        QVERIFY(book->load()); // every value with every part would take minutes
+        QCOMPARE(cardsOf(*book).count("\nADR;"), 30000);
+    }
 
     void contactsBecomeCards_data()
     {

@@ -92,7 +92,7 @@ void addPhones()
                                {{u"+1"_s, kGDataContactOther}, u"TEL;TYPE=OTHER:+1"_s},
                                {{u"+1"_s}, u"TEL;TYPE=VOICE:+1"_s},
                                {{u"+1"_s, {}, u""_s}, u"TEL;TYPE=VOICE:+1"_s},
-                               {{u"1,2;3#"_s, {}, u"_$!<Radio>!$_"_s}, u"TEL;TYPE=X-Radio:1\\,2\\;3#"_s},
+                               {{u"1,2;3#"_s, {}, u"_$!<Radio>!$_"_s}, u"TEL;TYPE=X-Radio:1p2w3#"_s},
                                {{u"+1"_s, {}, u"_$!<!$_"_s}, u"TEL;TYPE=\"X-_$!<!$_\":+1"_s},
                                {{u"+1"_s, {}, u"Sea, side"_s}, u"TEL;TYPE=\"X-Sea, side\":+1"_s},
                                {{u""_s, {}, u"empty"_s}, {}}});
@@ -293,6 +293,10 @@ private Q_SLOTS:
         QTest::newRow("local day") << QDateTime(QDate(1980, 5, 6), QTime(18, 45), Qt::UTC) << u"1980-05-07"_s;
         QTest::newRow("local year") << QDateTime(QDate(1799, 12, 31), QTime(18, 45), Qt::UTC) << u"1800-01-01"_s;
         QTest::newRow("invalid") << QDateTime() << QString();
+        QTest::newRow("beyond all dates")
+            << QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::max(), Qt::UTC) << u"9998-12-30"_s;
+        QTest::newRow("before all dates")
+            << QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::min(), Qt::UTC) << u"--01-02"_s;
     }
 
     void dates()
