@@ -125,13 +125,11 @@ bool DRMigrateAndroidAddressBook::load()
     setEntries(DREntryList(contents.cards.begin(), contents.cards.end()));
     DRMigrateReport outcome = report();
     tellLosses(outcome, contents, path);
+    setReport(std::move(outcome));
     const bool hasManifest = checkForManifest();
     if (!hasManifest && isExpanded) {
-        outcome.skipped.push_back(
-            {.what = u"The contacts app"_s,
-             .why = u"its packet from the phone has no manifest, so the phone would not take it back"_s});
+        skipWithoutManifest(u"The contacts app"_s);
     }
-    setReport(std::move(outcome));
     return hasManifest;
 }
 

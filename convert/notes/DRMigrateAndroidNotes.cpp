@@ -39,11 +39,7 @@ bool DRMigrateAndroidNotes::load()
     }
     if (!checkForManifest()) {
         setIgnoreDataType(true);
-        DRMigrateReport outcome = report();
-        outcome.skipped.push_back(
-            {.what = u"The notes app"_s,
-             .why = u"its packet from the phone has no manifest, so the phone would not take it back"_s});
-        setReport(std::move(outcome));
+        skipWithoutManifest(u"The notes app"_s);
     }
     return true;
 }

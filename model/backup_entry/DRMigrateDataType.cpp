@@ -171,6 +171,14 @@ bool DRMigrateDataType::expandPacket()
     return false;
 }
 
+void DRMigrateDataType::skipWithoutManifest(const QString& app)
+{
+    DRMigrateReport changed = report();
+    changed.skipped.push_back(
+        {.what = app, .why = u"its packet from the phone has no manifest, so the phone would not take it back"_s});
+    setReport(std::move(changed));
+}
+
 bool DRMigrateDataType::packPacket()
 {
     return packFiles(filesInAppsFolder());

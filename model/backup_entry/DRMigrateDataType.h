@@ -116,6 +116,9 @@ protected:
     /// or the packet cannot be expanded; the report says why. It also names what of an expanded packet was lost.
     [[nodiscard]] bool expandPacket();
 
+    /// Reports that the packet of the app, as a person calls it, has no manifest, so that the phone would not take it back.
+    void skipWithoutManifest(const QString& app);
+
     /// Packs `filesInAppsFolder` into `targetPath`/`packetID`/"fullbackupdata". False when `targetPath` or `packetID`
     /// is empty or packing fails. The report names the files that packets leave out (names that begin with a dot).
     [[nodiscard]] bool packPacket();
