@@ -114,7 +114,10 @@ bool DRSampleAddressBook::insertRow(qint64 personId, const DRSamplePerson& perso
 bool DRSampleAddressBook::insertValue(qint64 personId, qint64 identifier, const DRSampleContactValue& value)
 {
     const qint64 valueId = ++m_valueCount;
-    const DRSqlValue label = value.label.isNull() ? DRSqlValue() : DRSqlValue(m_labels.numberOf(value.label));
+    DRSqlValue label; // NULL for a value without one
+    if (!value.label.isNull()) {
+        label = m_labels.numberOf(value.label);
+    }
     if (!m_insertValue.update({valueId, personId, qint64{value.property}, identifier, label, value.text,
                                sampleGuid(u"value %1"_s.arg(valueId))})) {
         return false;
