@@ -1,4 +1,5 @@
 #include "platform/data/DRAbstractData.h"
+#include "platform/data/DRMutableAbstractData.h"
 
 #include <QtTest>
 
@@ -49,6 +50,44 @@ private Q_SLOTS:
         QVERIFY(data.isAtEnd());
         data.setOffset(1);
         QVERIFY(!data.readUInt32(Order::BigEndian) && data.isAtEnd() && !data.readUInt8() && !data.skip(1));
+    }
+
+    void rangesAreRemovedAtOnce_data()
+    {
+        QTest::addColumn<std::vector<DRByteRange>>("ranges");
+        QTest::addColumn<bool>("isDone");
+        QTest::addColumn<QByteArray>("left");
+        QTest::addColumn<qint64>("offset"); // the position is before the "d" at first
+        using Ranges = std::vector<DRByteRange>;
+        QTest::newRow("none") << Ranges{} << true << QByteArray("abcdef") << qint64{3};
+        QTest::newRow("both ends") << Ranges{{0, 2}, {5, 6}} << true << QByteArray("cde") << qint64{1};
+        QTest::newRow("neighbours") << Ranges{{1, 2}, {2, 5}} << true << QByteArray("af") << qint64{1};
+        QTest::newRow("all") << Ranges{{0, 6}} << true << QByteArray() << qint64{0};
+        QTest::newRow("overlapping") << Ranges{{0, 3}, {2, 4}} << false << QByteArray("abcdef") << qint64{3};
+        QTest::newRow("unsorted") << Ranges{{3, 4}, {0, 1}} << false << QByteArray("abcdef") << qint64{3};
+        QTest::newRow("backwards") << Ranges{{4, 2}} << false << QByteArray("abcdef") << qint64{3};
+        QTest::newRow("beyond") << Ranges{{5, 7}} << false << QByteArray("abcdef") << qint64{3};
+    }
+
+    void rangesAreRemovedAtOnce()
+    {
+        QFETCH(std::vector<DRByteRange>, ranges);
+        QFETCH(qint64, offset);
+        const QByteArray shared("abcdef");
+        DRMutableAbstractData data(shared);
+        data.setOffset(3);
+        QTEST(data.removeRanges(ranges), "isDone");
+        QTEST(data.bytes(), "left");
+        QCOMPARE(data.offset(), offset);
+        QCOMPARE(shared, QByteArray("abcdef"));
+    }
+
+    void bytesAreOverwrittenInside()
+    {
+        DRMutableAbstractData data(QByteArray("abcd"));
+        QVERIFY(data.overwrite(2, "xy") && data.overwrite(4, ""));
+        QVERIFY(!data.overwrite(3, "zz") && !data.overwrite(~quint64{0}, "zz"));
+        QCOMPARE(data.bytes(), QByteArray("abxy"));
     }
 
     void offsetStaysInside()

@@ -2,6 +2,8 @@
 #include "platform/sqlite/DRSqlText.h"
 #include "platform/sqlite/DRTransaction.h"
 
+#include <QRandomGenerator>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -10,6 +12,77 @@
 
 using namespace Qt::StringLiterals;
 using Profile = DRDatabase::Profile;
+
+/// Numbers and literals, whole and broken, and what names of attachments look like.
+const QStringList kOperands{u"12"_s,
+                            u"-3"_s,
+                            u"+4.5"_s,
+                            u".5"_s,
+                            u"-.5e-3"_s,
+                            u"5."_s,
+                            u"5.e2"_s,
+                            u"1e3"_s,
+                            u"1E+3"_s,
+                            u"007"_s,
+                            u"-0"_s,
+                            u"-0.0"_s,
+                            u" \t12\r\n"_s,
+                            u"- 3"_s,
+                            u"-\n3"_s,
+                            u"9223372036854775807"_s,
+                            u"9223372036854775808"_s,
+                            u"-9223372036854775808"_s,
+                            u"-9223372036854775809"_s,
+                            u"123456789012345678901234567890"_s,
+                            u"1e15"_s,
+                            u"1e16"_s,
+                            u"123456789012345.6"_s,
+                            u"0.1234567890123456789"_s,
+                            u"2.2250738585072014e-308"_s,
+                            u"1e-320"_s,
+                            u"1e-999"_s,
+                            u"1e999"_s,
+                            u"-1e999"_s,
+                            u"0x1F"_s,
+                            u"-0X1f"_s,
+                            u"0x000000000000000000001F"_s,
+                            u"0xFFFFFFFFFFFFFFFF"_s,
+                            u"-0xFFFFFFFFFFFFFFFF"_s,
+                            u"0x8000000000000000"_s,
+                            u"-0x8000000000000000"_s,
+                            u"0x10000000000000000"_s,
+                            u"''"_s,
+                            u"'abc'"_s,
+                            u"'aBC' "_s,
+                            u"'it''s'"_s,
+                            u"''''"_s,
+                            u"'%b_'"_s,
+                            u"'12'"_s,
+                            u"' a'"_s,
+                            u"'\u00E9\U0001F600'"_s,
+                            u"'\uFEFFa'"_s,
+                            u"'a''"_s,
+                            u"'''"_s,
+                            u"'"_s,
+                            u"'a' 'b'"_s,
+                            u"'a"_s,
+                            u""_s,
+                            u" "_s,
+                            u"-"_s,
+                            u"."_s,
+                            u"1e"_s,
+                            u"1e+"_s,
+                            u"0x"_s,
+                            u"0xG"_s,
+                            u"0x1.5"_s,
+                            u"1.5.2"_s,
+                            u"12abc"_s,
+                            u"1 2"_s,
+                            u"IMG_0001.jpg"_s,
+                            u"text_0.txt"_s,
+                            u"$1"_s,
+                            u"\u0661"_s,
+                            u"12\u00A0"_s};
 
 class TestDatabase : public QObject {
     Q_OBJECT
@@ -184,6 +257,86 @@ private Q_SLOTS:
         QVERIFY(!hasRow || *bound == formatted.string("v"));
     }
 
+    void unquotedOperandMeansTheSameAsFormatted_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const QString& text : kOperands) {
+            QTest::addRow("%s", qPrintable(u'<' + text + u'>')) << text;
+        }
+    }
+
+    /// By the text that LIKE sees and by the rows that it finds.
+    void unquotedOperandMeansTheSameAsFormatted()
+    {
+        QFETCH(QString, text);
+        const QString like = u"SELECT group_concat(id) FROM t WHERE x LIKE "_s;
+        const QString asText = u"SELECT CAST(v AS TEXT) FROM (SELECT %1 AS v)"_s;
+        const auto bound = DRSqlText::unquotedOperand(text);
+        const QString seen = oneText(asText.arg(text));
+        QCOMPARE(bound.has_value(), seen != kFailed);
+        if (!bound) {
+            return;
+        }
+        QCOMPARE(oneText(asText.arg(u"?"_s), {*bound}), seen);
+        QVERIFY(m_database->executeUpdate(u"INSERT OR IGNORE INTO t(x) VALUES (?), (upper(?)), ('abc'), ('')"_s,
+                                          {seen, seen}));
+        QVERIFY(oneText(like + u'?', {*bound}) != kFailed);
+        QCOMPARE(oneText(like + u'?', {*bound}), oneText(like + text));
+    }
+
+    /// Most of it SQLite would run.
+    void unquotedOperandIsNoSql_data()
+    {
+        QTest::addColumn<QString>("text");
+        for (const QString& text : {u"x"_s,
+                                    u"\"x\""_s,
+                                    u"\"abc\""_s,
+                                    u"`x`"_s,
+                                    u"[x]"_s,
+                                    u"x'41'"_s,
+                                    u"'a' || 'b'"_s,
+                                    u"'a' OR 1"_s,
+                                    u"'a' OR '1'"_s,
+                                    u"1 OR 1"_s,
+                                    u"12;"_s,
+                                    u"12 -- x"_s,
+                                    u"12 /**/"_s,
+                                    u"- -3"_s,
+                                    u"--3"_s,
+                                    u"+-3"_s,
+                                    u"(12)"_s,
+                                    u"1+1"_s,
+                                    u"TRUE"_s,
+                                    u"NULL"_s,
+                                    u"current_date"_s,
+                                    u"?"_s,
+                                    u"abs(12)"_s,
+                                    u"(SELECT x FROM t)"_s,
+                                    u"'a' UNION SELECT 1"_s,
+                                    u"'%' ESCAPE '\\'"_s}) {
+            QTest::addRow("%s", qPrintable(u'<' + text + u'>')) << text;
+        }
+    }
+
+    void unquotedOperandIsNoSql()
+    {
+        QFETCH(QString, text);
+        QVERIFY(!DRSqlText::unquotedOperand(text));
+    }
+
+    /// Reals are not parsed by SQLite here: that must not show.
+    void realsReadAsInSqlite()
+    {
+        QRandomGenerator random(3);
+        for (int i = 0; i < 500; ++i) {
+            const QString text =
+                u"%1.%2e%3"_s.arg(random.generate64()).arg(random.generate64()).arg(random.bounded(-300, 280));
+            const auto bound = DRSqlText::unquotedOperand(text);
+            QVERIFY(bound);
+            QCOMPARE(oneText(u"SELECT CAST(? AS TEXT)"_s, {*bound}), oneText(u"SELECT CAST(%1 AS TEXT)"_s.arg(text)));
+        }
+    }
+
     void injectionNeverRuns()
     {
         QCOMPARE(DRSqlText::insideSingleQuotes(u"x' OR '1'='1"_s), std::nullopt);
@@ -197,11 +350,19 @@ private Q_SLOTS:
 private:
     bool insertRow(qint64 value) { return m_database->executeUpdate(u"INSERT INTO t(x) VALUES (?)"_s, {value}); }
 
+    QString oneText(const QString& sql, const DRSqlValues& values = {})
+    {
+        DRResultSet rows = m_database->executeQuery(sql, values);
+        return rows.next() ? rows.stringAt(0) : kFailed;
+    }
+
     qint64 rowCount()
     {
         DRResultSet rows = m_database->executeQuery(u"SELECT count(*) AS n FROM t"_s);
         return rows.next() ? rows.integer("n") : -1;
     }
+
+    const QString kFailed = u"the statement failed"_s;
 
     std::optional<QTemporaryDir> m_folder;
     std::optional<DRDatabase> m_database;
