@@ -206,7 +206,12 @@ bool DRMigrateDataType::packFiles(const QStringList& files)
     return false;
 }
 
+QString DRMigrateDataType::appFolder() const
+{
+    return u"%1/%2/apps/%2"_s.arg(m_targetPath, m_packetID);
+}
+
 QString DRMigrateDataType::pathInApp(const QString& relativePath) const
 {
-    return u"%1/%2/apps/%2/"_s.arg(m_targetPath, m_packetID) + relativePath;
+    return appFolder() + u'/' + relativePath;
 }

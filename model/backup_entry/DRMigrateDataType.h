@@ -126,7 +126,10 @@ protected:
     /// The same with exactly these files, relative to `targetPath`/`packetID`, all of which must exist.
     [[nodiscard]] bool packFiles(const QStringList& files);
 
-    /// `targetPath`/`packetID`/"apps"/`packetID`/`relativePath`: a file of the app in the expanded packet.
+    /// `targetPath`/`packetID`/"apps"/`packetID`: the folder of the app in the expanded packet.
+    [[nodiscard]] QString appFolder() const;
+
+    /// A file of the app in the expanded packet, relative to `appFolder`.
     [[nodiscard]] QString pathInApp(const QString& relativePath) const;
 
 private:

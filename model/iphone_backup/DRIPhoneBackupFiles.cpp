@@ -19,13 +19,9 @@ namespace {
 
 using Profile = DRDatabase::Profile;
 
-/// Where the backup would hold the file; empty when its layout is unknown to this program. The backup's folder itself may be
-/// reached through links that its owner made; nothing inside it may be one.
 QString placeOf(const QString& backupPath, const QString& domainPath)
 {
-    const QString folder = QFileInfo(backupPath).canonicalFilePath();
-    const bool isReadable = !folder.isEmpty() && layoutOfBackup(folder) != Layout::Database;
-    return isReadable ? folder + u'/' + sha1HexString(domainPath) : QString();
+    return placeInFolder(folderOfFiles(backupPath), domainPath);
 }
 
 /// Whether the file begins as a write-ahead log does. SQLite would take anything else for an empty log, and the newest
@@ -66,6 +62,19 @@ Layout layoutOfBackup(const QString& backupPath)
         return Layout::HashedNames;
     }
     return QFileInfo::exists(backupPath + u"/Manifest.db"_s) ? Layout::Database : Layout::Unknown;
+}
+
+/// The backup's folder itself may be reached through links that its owner made; nothing inside it may be one.
+QString folderOfFiles(const QString& backupPath)
+{
+    const QString folder = QFileInfo(backupPath).canonicalFilePath();
+    const bool isReadable = !folder.isEmpty() && layoutOfBackup(folder) != Layout::Database;
+    return isReadable ? folder : QString();
+}
+
+QString placeInFolder(const QString& folder, const QString& domainPath)
+{
+    return folder.isEmpty() ? QString() : folder + u'/' + sha1HexString(domainPath);
 }
 
 bool holds(const QString& backupPath, const QString& domainPath)

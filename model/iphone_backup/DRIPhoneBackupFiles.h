@@ -20,6 +20,13 @@ enum class Layout {
 
 [[nodiscard]] Layout layoutOfBackup(const QString& backupPath);
 
+/// The folder of the backup's files without links in its path; empty when it is not there or its layout is not read. For
+/// `placeInFolder`, when many files are looked for: the operations below find it anew each time.
+[[nodiscard]] QString folderOfFiles(const QString& backupPath);
+
+/// Where a backup with this folder would hold the file; empty when the folder is.
+[[nodiscard]] QString placeInFolder(const QString& folder, const QString& domainPath);
+
 /// Whether the backup holds anything under `domainPath`, readable or not.
 [[nodiscard]] bool holds(const QString& backupPath, const QString& domainPath);
 
