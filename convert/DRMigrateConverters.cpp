@@ -6,6 +6,8 @@
 #include "convert/media/DRMigrateAndroidPhotos.h"
 #include "convert/media/DRMigrateAndroidVoiceMemos.h"
 #include "convert/media/DRVideoCleaner.h"
+#include "convert/messages/DRMigrateAndroidMessages.h"
+#include "convert/messages/DRMigrateIPhoneMessages.h"
 #include "convert/notes/DRMigrateAndroidNotes.h"
 #include "convert/notes/DRMigrateIPhoneNotes.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
@@ -27,6 +29,9 @@ void registerMigrateConverters(DRMigrateDataTypeRegistry& registry)
     registry.registerIPhoneType(kContacts, make<DRMigrateIPhoneAddressBook>);
     registry.registerPacketType(kContactsImportPacket, make<DRMigrateAndroidAddressBook>);
     registry.registerPacketType(kPhonebookPacket, make<DRMigrateAndroidAddressBook>);
+
+    registry.registerIPhoneType(kTextMessages, make<DRMigrateIPhoneMessages>);
+    registry.registerPacketType(kTelephonyPacket, make<DRMigrateAndroidMessages>);
 
     registry.registerIPhoneType(kNotes, make<DRMigrateIPhoneNotes>);
     registry.registerPacketType(kNotesPacket, make<DRMigrateAndroidNotes>);

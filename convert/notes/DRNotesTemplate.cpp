@@ -1,13 +1,6 @@
 #include "convert/notes/DRNotesTemplate.h"
 
-#include "platform/core/DRFiles.h"
-#include "platform/sqlite/DRDatabase.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-
-#include <array>
+#include "platform/sqlite/DRNewDatabase.h"
 
 using namespace Qt::StringLiterals;
 
@@ -43,29 +36,9 @@ PRAGMA user_version = 1;
 COMMIT;
 )"_s;
 
-bool makeDatabase(const QString& path)
-{
-    auto database = DRDatabase::open(path, DRDatabase::Profile::Create);
-    return database && database->executeScript(kSchema);
-}
-
 } // namespace
 
 bool writeEmptyNotesDatabase(const QString& path)
 {
-    const QString temporary = path + u".new"_s;
-    if (!QDir().mkpath(QFileInfo(path).path()) || (QFile::exists(temporary) && !QFile::remove(temporary))) {
-        return false;
-    }
-    if (!makeDatabase(temporary) || !DRFiles::flushToDisk(temporary)) {
-        QFile::remove(temporary);
-        return false;
-    }
-    // A log or journal of the old database would be replayed into the new one.
-    for (const QLatin1StringView companion : std::array{"-wal"_L1, "-shm"_L1, "-journal"_L1}) {
-        if (QFile::exists(path + companion) && !QFile::remove(path + companion)) {
-            return false;
-        }
-    }
-    return DRFiles::replace(temporary, path);
+    return writeNewDatabase(path, kSchema);
 }
