@@ -2,6 +2,7 @@
 
 #include "app/sample/DRSampleContacts.h"
 #include "app/sample/DRSampleIPhoneBackup.h"
+#include "app/sample/DRSampleMessages.h"
 #include "app/sample/DRSampleNotes.h"
 #include "app/sample/DRSamplePhone.h"
 #include "app/sample/DRSamplePhoneBrowser.h"
@@ -34,6 +35,7 @@ struct Part {
 constexpr std::array kParts{
     Part{"iPhone notes", [](Draft& draft) { return addIPhoneNotes(draft.backup, draft.settings); }},
     Part{"iPhone contacts", [](Draft& draft) { return addIPhoneContacts(draft.backup, draft.settings); }},
+    Part{"iPhone messages", [](Draft& draft) { return addIPhoneMessages(draft.backup, draft.settings); }},
     Part{"iPhone backup", [](Draft& draft) { return draft.backup.finish(); }},
     Part{"phone notes", [](Draft& draft) { return addPhoneNotes(draft.phone, draft.settings); }},
     Part{"phone messages", [](Draft& draft) { return addPhoneTelephony(draft.phone, draft.settings); }},

@@ -2,6 +2,7 @@
 
 #include "app/sample/DRSampleDatabase.h"
 #include "app/sample/DRSamplePhone.h"
+#include "convert/messages/DRMessagesTemplate.h"
 #include "platform/sqlite/DRDatabase.h"
 
 #include <QDir>
@@ -122,11 +123,12 @@ bool insertRows(DRDatabase& database, const QDateTime& moment)
 bool addPhoneTelephony(DRSamplePhone& phone, const DRSampleSettings& settings)
 {
     return phone.addPacket({.packetId = kPacketId, .versionCode = 19}, [&settings](const QString& appFolder) {
-        return QDir().mkpath(appFolder + u"/db"_s) &&
-               writeSampleDatabase(
-                   appFolder + u"/db/mmssms.db"_s, {u"phone_telephony"_s, u"phone_telephony_triggers"_s},
-                   DRSampleJournal::Rollback,
-                   [&settings](DRDatabase& database) { return insertRows(database, settings.moment); }) &&
+        const QString path = appFolder + u"/db/mmssms.db"_s;
+        if (!writeEmptyMessagesDatabase(path)) {
+            return false;
+        }
+        auto database = DRDatabase::open(path, DRDatabase::Profile::Phone);
+        return database && insertRows(*database, settings.moment) &&
                writeSampleFile(appFolder + u"/r/app_parts/"_s + kAttachmentName, kAttachment);
     });
 }
