@@ -7,6 +7,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRandomGenerator>
 
 #include <algorithm>
 #include <fcntl.h>
@@ -74,7 +75,7 @@ QString DRAttachmentStore::freeName(const QDateTime& date)
     constexpr qint64 kLastMoment = std::numeric_limits<qint64>::max() / 2; // of dates beyond all dates
     const qint64 second = std::clamp(date.toMSecsSinceEpoch(), -kLastMoment, kLastMoment) / kNamesPerSecond;
     qint64& tried = m_triedNames[second];
-    const auto drawn = static_cast<qint64>(m_random() % kNamesPerSecond);
+    const qint64 drawn = QRandomGenerator::global()->bounded(kNamesPerSecond);
     while (true) {
         const qint64 inSecond = (drawn + tried) % kNamesPerSecond;
         const qint64 stamp = (second + tried / kNamesPerSecond) * kNamesPerSecond + inSecond;

@@ -7,8 +7,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <random>
-
 struct DRIMessageAttachment;
 
 /// The folder "r/app_parts" of the phone's message app, in which the files of multimedia messages lie under made-up names.
@@ -35,5 +33,4 @@ private:
     QString m_packetID;
     QStringList m_files;
     QHash<qint64, qint64> m_triedNames; ///< by second: how many names beyond the drawn one were taken
-    std::minstd_rand m_random;          ///< need not be unforeseeable
 };

@@ -147,9 +147,9 @@ struct DRFilePathList::Content {
     /// An index that is built when it is first asked for, by whichever thread comes first.
     class LazyIndex {
     public:
-        const DRFileNameIndex& of(const QStringList& paths, Extension extension)
+        const DRFileNameIndex& of(const QStringList& list, Extension extension)
         {
-            std::call_once(m_isBuilt, [&] { m_index.emplace(paths, extension); });
+            std::call_once(m_isBuilt, [&] { m_index.emplace(list, extension); });
             return *m_index;
         }
 
