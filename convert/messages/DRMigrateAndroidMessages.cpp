@@ -48,7 +48,7 @@ QString lackOf(DRDatabase& database, const NeededColumns& needed)
 QString lackIn(DRDatabase& database)
 {
     for (const NeededColumns& needed : kNeeded) {
-        if (const QString lack = lackOf(database, needed); !lack.isNull()) {
+        if (QString lack = lackOf(database, needed); !lack.isNull()) {
             return lack;
         }
     }
