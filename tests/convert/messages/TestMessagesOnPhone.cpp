@@ -211,8 +211,10 @@ private Q_SLOTS:
     /// With many conversations the writer makes indexes for a while, which must not change what the triggers see.
     void manyConversationsLeaveNoTrace()
     {
+        constexpr int kChats = 1500;
         std::vector<DRImportedChat> chats;
-        for (int chat = 0; chat < 1500; ++chat) {
+        chats.reserve(kChats);
+        for (int chat = 0; chat < kChats; ++chat) {
             chats.push_back({.recipients = {QString::number(chat)},
                              .messages = {{.address = u"a"_s, .text = u"first"_s, .date = moment(5)},
                                           {.address = u"a"_s, .text = u"second"_s, .date = moment(5)}}});
@@ -242,7 +244,7 @@ private Q_SLOTS:
             DRImportedChat made{.recipients = {u"%1"_s.arg(chat % 9)}};
             for (int i = 0; i < 220; ++i) {
                 DRImportedMessage message{
-                    .isFromMe = i % 3 == 0, .address = u"a"_s, .text = text(i), .date = moment(i * 1000)};
+                    .isFromMe = i % 3 == 0, .address = u"a"_s, .text = text(i), .date = moment(1000LL * i)};
                 if (i % (chat + 5) == 1) {
                     message.attachments = {attachment(u"p.jpg"_s, i % 2 == 0 ? u"image/jpeg"_s : u"text/plain"_s, "p")};
                 }
