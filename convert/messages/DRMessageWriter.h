@@ -36,6 +36,9 @@ public:
     /// Whether the transaction was lost, so that nothing more may be written.
     [[nodiscard]] bool isLost() const { return !m_database.isInTransaction(); }
 
+    /// Whether the phone's conversations could be read, so that new messages find theirs. Nothing may be written otherwise.
+    [[nodiscard]] bool knowsConversations() const { return m_threads.isComplete(); }
+
     /// Why the last insert failed or the transaction was lost; null when neither happened.
     [[nodiscard]] const QString& reason() const { return m_reason; }
 

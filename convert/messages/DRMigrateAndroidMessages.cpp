@@ -164,6 +164,9 @@ QString DRMigrateAndroidMessages::writeChats(DRDatabase& database, const Chats& 
 {
     DRMessageWriter writer(database, appFolder(), packetID(),
                            {.chats = static_cast<qint64>(chats.size()), .messages = messageCount(chats)});
+    if (!writer.knowsConversations()) {
+        return u"the conversations on the phone cannot be read"_s;
+    }
     for (const DRImportedChat* chat : chats) {
         writer.insertChatIntoAndroidDatabase(*chat);
         if (writer.isLost()) {

@@ -9,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QHash<QString, qint64> rowsByText(DRDatabase& database, const QString& sql)
+QHash<QString, qint64> rowsByText(DRDatabase& database, const QString& sql, bool& isComplete)
 {
     QHash<QString, qint64> rows;
     DRResultSet row = database.executeQuery(sql);
@@ -19,16 +19,18 @@ QHash<QString, qint64> rowsByText(DRDatabase& database, const QString& sql)
             rows.insert(text, row.integerAt(0));
         }
     }
+    isComplete = isComplete && !row.hasFailed();
     return rows;
 }
 
-QHash<qint64, qint64> newestTextMessages(DRDatabase& database)
+QHash<qint64, qint64> newestTextMessages(DRDatabase& database, bool& isComplete)
 {
     QHash<qint64, qint64> newest;
     DRResultSet row = database.executeQuery(u"SELECT thread_id, MAX(date) FROM sms GROUP BY thread_id"_s);
     while (row.next()) {
         newest.insert(row.integerAt(0), row.integerAt(1));
     }
+    isComplete = isComplete && !row.hasFailed();
     return newest;
 }
 
@@ -36,9 +38,9 @@ QHash<qint64, qint64> newestTextMessages(DRDatabase& database)
 
 DRThreadDirectory::DRThreadDirectory(DRDatabase& database)
     : m_database(database),
-      m_addressIds(rowsByText(database, u"SELECT _id, address FROM canonical_addresses ORDER BY _id"_s)),
-      m_threadIds(rowsByText(database, u"SELECT _id, recipient_ids FROM threads ORDER BY _id"_s)),
-      m_newestTextMessage(newestTextMessages(database))
+      m_addressIds(rowsByText(database, u"SELECT _id, address FROM canonical_addresses ORDER BY _id"_s, m_isComplete)),
+      m_threadIds(rowsByText(database, u"SELECT _id, recipient_ids FROM threads ORDER BY _id"_s, m_isComplete)),
+      m_newestTextMessage(newestTextMessages(database, m_isComplete))
 {
 }
 

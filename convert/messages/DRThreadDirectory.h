@@ -15,6 +15,9 @@ public:
     /// The database must outlive this object; nobody else may change these tables' rows meanwhile.
     explicit DRThreadDirectory(DRDatabase& database);
 
+    /// Whether the tables could be read to their end; without that, what is there would be made once more.
+    [[nodiscard]] bool isComplete() const { return m_isComplete; }
+
     /// The addresses' row numbers in order, joined by single spaces; those that are not there yet are inserted. An address
     /// whose insert fails is left out; empty when none remains. Kept: an address with an odd run of single quotes is
     /// never found, so it gets a new row each time.
@@ -38,6 +41,7 @@ private:
     [[nodiscard]] std::optional<qint64> insertThread(const QString& recipientIds);
 
     DRDatabase& m_database;
+    bool m_isComplete = true;                  ///< set by what the following are read with
     QHash<QString, qint64> m_addressIds;       ///< by address; of equal ones the first row
     QHash<QString, qint64> m_threadIds;        ///< by recipient IDs; of equal ones the first row
     QHash<qint64, qint64> m_newestTextMessage; ///< by thread

@@ -304,6 +304,28 @@ private Q_SLOTS:
         }
     }
 
+    /// Conversations that cannot be found again would be made once more.
+    void unreadableConversationsAreAFailure()
+    {
+        constexpr qint64 kPageBytes = 1024;
+        qint64 page = 0;
+        {
+            auto opened = DRDatabase::open(database(), DRDatabase::Profile::Source);
+            DRResultSet root =
+                opened->executeQuery(u"SELECT rootpage FROM sqlite_master WHERE name = 'canonical_addresses'"_s);
+            QVERIFY(root.next());
+            page = root.integerAt(0);
+        }
+        QFile file(database());
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.seek((page - 1) * kPageBytes));
+        QCOMPARE(file.write(QByteArray(kPageBytes, '\0')), kPageBytes);
+        file.close();
+        const auto target = phoneSide();
+        QVERIFY(!target->mergeDataFrom(
+            Chats(m_test->services, {{.recipients = {u"5"_s}, .messages = {{.address = u"5"_s, .date = moment(1)}}}})));
+        QCOMPARE(target->report().skipped.back().why, u"the conversations on the phone cannot be read"_s);
+    }
+
     void lostTransactionIsAFailure()
     {
         QVERIFY(run(
