@@ -56,7 +56,8 @@ bool DRDatabase::setTriggers(Triggers triggers)
 bool DRDatabase::persistWriteAheadLog()
 {
     int isPersistent = 1;
-    return sqlite3_file_control(m_connection->handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &isPersistent) == SQLITE_OK;
+    return sqlite3_file_control(m_connection->handle(), "main", SQLITE_FCNTL_PERSIST_WAL, &isPersistent) == SQLITE_OK &&
+           m_connection->run("PRAGMA journal_size_limit=0"); // so that closing empties it
 }
 
 QString DRDatabase::lastErrorMessage() const
