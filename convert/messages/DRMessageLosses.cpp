@@ -4,11 +4,7 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr std::size_t kMostNamed = 200;
-
-} // namespace
+DRMessageLosses::DRMessageLosses() : m_losses(u"messages and attachments"_s) {}
 
 void DRMessageLosses::addMessage(const DRImportedMessage& message, const QString& why)
 {
@@ -25,27 +21,16 @@ void DRMessageLosses::addAttachment(const QString& filename, const QString& why)
 
 void DRMessageLosses::add(const QString& what, const QString& why)
 {
-    if (m_named.size() < kMostNamed) {
-        m_named.push_back({.what = what, .why = why});
-        return;
-    }
-    ++m_furtherCount;
+    m_losses.add({.what = what, .why = why});
 }
 
 void DRMessageLosses::addAll(const DRMessageLosses& others)
 {
-    for (const DRMigrateSkippedItem& item : others.m_named) {
-        add(item.what, item.why);
-    }
-    m_furtherCount += others.m_furtherCount;
+    m_losses.addAll(others.m_losses);
     m_attachmentCount += others.m_attachmentCount;
 }
 
 void DRMessageLosses::tell(DRMigrateReport& report) const
 {
-    report.skipped.insert(report.skipped.end(), m_named.begin(), m_named.end());
-    if (m_furtherCount > 0) {
-        report.skipped.push_back({.what = u"Further messages and attachments: %1"_s.arg(m_furtherCount),
-                                  .why = u"for reasons like these"_s});
-    }
+    m_losses.tell(report);
 }

@@ -1,17 +1,16 @@
 #pragma once
 
-#include "model/backup_entry/DRMigrateReport.h"
+#include "model/backup_entry/DRMigrateLosses.h"
 
 #include <QString>
 
-#include <vector>
-
 struct DRImportedMessage;
 
-/// Collects what of the messages could not be written, for the report. The first of a kind are named one by one, the rest
-/// is counted: a database that refuses every message must not make a summary of a million lines.
+/// Collects what of the messages could not be read or written, for the report.
 class DRMessageLosses {
 public:
+    DRMessageLosses();
+
     void addMessage(const DRImportedMessage& message, const QString& why);
     void addAttachment(const QString& filename, const QString& why);
 
@@ -27,7 +26,6 @@ public:
     void tell(DRMigrateReport& report) const;
 
 private:
-    std::vector<DRMigrateSkippedItem> m_named;
-    qint64 m_furtherCount = 0;
+    DRMigrateLosses m_losses;
     qint64 m_attachmentCount = 0;
 };

@@ -5,6 +5,7 @@
 #include "convert/messages/DRMessageWriter.h"
 #include "platform/core/DRLog.h"
 #include "platform/sqlite/DRDatabase.h"
+#include "platform/sqlite/DRNeededColumns.h"
 #include "platform/sqlite/DRTransaction.h"
 
 #include <QFileInfo>
@@ -16,43 +17,23 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What is written, and must be there.
-struct NeededColumns {
-    const char* table;
-    std::initializer_list<const char*> columns;
-};
 const std::array kNeeded{
-    NeededColumns{"canonical_addresses", {"_id", "address"}},
-    NeededColumns{"threads", {"_id", "message_count", "recipient_ids", "read"}},
-    NeededColumns{"sms", {"thread_id", "address", "date", "read", "type", "body", "sequence_time"}},
-    NeededColumns{"pdu", {"thread_id", "date", "msg_box", "ct_t", "m_type", "sequence_time"}},
-    NeededColumns{"part", {"mid", "seq", "ct", "chset", "cid", "cl", "_data", "text"}},
+    DRNeededColumns{"canonical_addresses", {"_id", "address"}},
+    DRNeededColumns{"threads", {"_id", "message_count", "recipient_ids", "read"}},
+    DRNeededColumns{"sms", {"thread_id", "address", "date", "read", "type", "body", "sequence_time"}},
+    DRNeededColumns{"pdu", {"thread_id", "date", "msg_box", "ct_t", "m_type", "sequence_time"}},
+    DRNeededColumns{"part", {"mid", "seq", "ct", "chset", "cid", "cl", "_data", "text"}},
 };
 
 /// Only phones of this maker have it; on others the messages arrive without it.
-const NeededColumns kOwnList{"vrnm_threads", {"_id", "date", "recipient_ids", "snippet", "snippet_type"}};
+const DRNeededColumns kOwnList{"vrnm_threads", {"_id", "date", "recipient_ids", "snippet", "snippet_type"}};
 
-QString lackOf(DRDatabase& database, const NeededColumns& needed)
-{
-    const QString table = QString::fromLatin1(needed.table);
-    const DRResultSet rows = database.executeQuery(u"SELECT * FROM %1 LIMIT 0"_s.arg(table));
-    for (const char* column : needed.columns) {
-        if (!rows.columnIndex(column)) {
-            return database.hasTable(table) ? table + u'.' + QString::fromLatin1(column) : table;
-        }
-    }
-    return {};
-}
-
-/// The first table or column that the database lacks, such as "sms.sequence_time"; null when it has all.
+/// The first table or column that the database lacks; null when it has all.
 QString lackIn(DRDatabase& database)
 {
-    for (const NeededColumns& needed : kNeeded) {
-        if (QString lack = lackOf(database, needed); !lack.isNull()) {
-            return lack;
-        }
-    }
-    return database.hasTable(QString::fromLatin1(kOwnList.table)) ? lackOf(database, kOwnList) : QString();
+    const QString lack = DRNeededColumns::firstLackIn(database, kNeeded);
+    const bool hasOwnList = database.hasTable(QString::fromLatin1(kOwnList.table));
+    return lack.isNull() && hasOwnList ? kOwnList.lackIn(database) : lack;
 }
 
 bool hasMessageTable(const QString& path)
