@@ -1,0 +1,165 @@
+#include "platform/core/DRLocalCalendar.h"
+
+#include <QDateTime>
+#include <QTest>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+qint64 at(const char* utc)
+{
+    return QDateTime::fromString(QString::fromLatin1(utc) + u'Z', Qt::ISODate).toMSecsSinceEpoch();
+}
+
+QString text(qint64 milliseconds)
+{
+    return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC).toString(u"yyyy-MM-ddTHH:mm:ss");
+}
+
+using Unit = DRLocalCalendar::Unit;
+
+constexpr qint64 kLatest = std::numeric_limits<qint64>::max();
+constexpr qint64 kEarliest = std::numeric_limits<qint64>::min();
+constexpr qint32 kMost = std::numeric_limits<qint32>::max();
+
+} // namespace
+
+class TestLocalCalendar : public QObject {
+    Q_OBJECT
+
+private:
+    void chooseZone(const char* zone)
+    {
+        qputenv("TZ", zone);
+        tzset();
+    }
+
+private Q_SLOTS:
+
+    void cleanup() { chooseZone("Asia/Kathmandu"); }
+
+    /// Each step from the moment before it; moments in UTC.
+    void stepsKeepTheTimeOfDay_data()
+    {
+        QTest::addColumn<QString>("zone");
+        QTest::addColumn<Unit>("unit");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<QByteArrayList>("moments");
+
+        QTest::newRow("month, from the 31st on it stays at the 28th")
+            << u"UTC"_s << Unit::Month << 1
+            << QByteArrayList{"2014-01-31T10:00:00", "2014-02-28T10:00:00", "2014-03-28T10:00:00"};
+        QTest::newRow("29 February becomes 28 and stays so")
+            << u"UTC"_s << Unit::Year << 4
+            << QByteArrayList{"1896-02-29T10:00:00", "1900-02-28T10:00:00", "1904-02-28T10:00:00"};
+        QTest::newRow("over the spring change")
+            << u"Europe/Berlin"_s << Unit::Day << 1 << QByteArrayList{"2014-03-29T08:00:00", "2014-03-30T07:00:00"};
+        QTest::newRow("02:30 does not exist on that day and the shift stays")
+            << u"Europe/Berlin"_s << Unit::Day << 1
+            << QByteArrayList{"2014-03-29T01:30:00", "2014-03-30T01:30:00", "2014-03-31T01:30:00"};
+        QTest::newRow("the same by weeks")
+            << u"America/New_York"_s << Unit::Week << 2
+            << QByteArrayList{"2014-02-23T07:30:00", "2014-03-09T07:30:00", "2014-03-23T07:30:00"};
+        QTest::newRow("a day that the island skipped")
+            << u"Pacific/Apia"_s << Unit::Day << 1
+            << QByteArrayList{"2011-12-29T20:00:00", "2011-12-30T20:00:00", "2011-12-31T20:00:00"};
+        QTest::newRow("half an hour of summer time") << u"Australia/Lord_Howe"_s << Unit::Month << -1
+                                                     << QByteArrayList{"2014-04-19T22:00:00", "2014-03-19T21:30:00"};
+        QTest::newRow("the offset before 1986")
+            << u"Asia/Kathmandu"_s << Unit::Week << 1 << QByteArrayList{"1985-12-30T00:30:00", "1986-01-06T00:15:00"};
+        QTest::newRow("no gap in 1582") << u"UTC"_s << Unit::Day << 1
+                                        << QByteArrayList{"1582-10-04T00:00:00", "1582-10-05T00:00:00"};
+        QTest::newRow("a step of 0") << u"UTC"_s << Unit::Week << 0
+                                     << QByteArrayList{"2014-01-01T00:00:00", "2014-01-01T00:00:00"};
+        QTest::newRow("backward across the year 1")
+            << u"UTC"_s << Unit::Year << -2000 << QByteArrayList{"2014-05-05T00:00:00", "0014-05-05T00:00:00"};
+    }
+
+    void stepsKeepTheTimeOfDay()
+    {
+        QFETCH(QString, zone);
+        QFETCH(Unit, unit);
+        QFETCH(int, count);
+        QFETCH(QByteArrayList, moments);
+        const auto calendar = DRLocalCalendar::inTimeZone(zone);
+        QVERIFY(calendar);
+        for (qsizetype i = 1; i < moments.size(); ++i) {
+            const auto next = calendar->adding(at(moments.at(i - 1).constData()), count, unit);
+            QVERIFY(next);
+            QCOMPARE(text(*next), QString::fromLatin1(moments.at(i)));
+        }
+    }
+
+    void daysAreThoseOfTheZone()
+    {
+        const auto apia = DRLocalCalendar::inTimeZone(u"Pacific/Apia"_s);
+        const auto newYork = DRLocalCalendar::inTimeZone(u"America/New_York"_s);
+        const qint64 moment = at("2014-06-01T11:00:00"); // a Sunday
+        QCOMPARE(newYork->dayOfMonth(moment), 1);
+        QCOMPARE(newYork->dayOfWeek(moment), 0);
+        QCOMPARE(apia->dayOfMonth(moment), 2);
+        QCOMPARE(apia->dayOfWeek(moment), 1);
+        QCOMPARE(newYork->dayOfMonth(at("2014-06-01T03:00:00")), 31);
+        QCOMPARE(newYork->dayOfWeek(at("2014-06-01T03:00:00")), 6);
+    }
+
+    void whatIsOutOfRangeIsNotComputed()
+    {
+        const auto calendar = DRLocalCalendar::inTimeZone(u"Europe/Berlin"_s);
+        for (const qint64 moment : {kLatest, kEarliest, kLatest / 2}) {
+            for (const Unit unit : {Unit::Day, Unit::Week, Unit::Month, Unit::Year}) {
+                QVERIFY(!calendar->adding(moment, 1, unit));
+            }
+            QVERIFY(calendar->dayOfMonth(moment) >= 1 && calendar->dayOfMonth(moment) <= 31);
+            QVERIFY(calendar->dayOfWeek(moment) >= 0 && calendar->dayOfWeek(moment) <= 6);
+        }
+        for (const Unit unit : {Unit::Week, Unit::Month, Unit::Year}) {
+            QVERIFY(!calendar->adding(0, kMost, unit));
+            QVERIFY(!calendar->adding(0, -kMost - 1, unit));
+        }
+    }
+
+    void zoneOfTheComputer_data()
+    {
+        QTest::addColumn<QByteArray>("tz");
+        QTest::addColumn<QString>("noon"); // of a summer's day in UTC, one month later
+
+        QTest::newRow("by name") << QByteArray("Europe/Berlin") << u"2014-04-15T11:00:00"_s;
+        QTest::newRow("with a colon") << QByteArray(":Europe/Berlin") << u"2014-04-15T11:00:00"_s;
+        QTest::newRow("by its file") << QByteArray(":/usr/share/zoneinfo/Europe/Berlin") << u"2014-04-15T11:00:00"_s;
+        QTest::newRow("nothing is UTC") << QByteArray("") << u"2014-04-15T12:00:00"_s;
+        QTest::newRow("a rule: its standard offset") << QByteArray("XYZ3ABC") << u"2014-04-15T12:00:00"_s;
+        QTest::newRow("nonsense is UTC") << QByteArray("Nowhere/Land") << u"2014-04-15T12:00:00"_s;
+    }
+
+    void zoneOfTheComputer()
+    {
+        QFETCH(QByteArray, tz);
+        QFETCH(QString, noon);
+        chooseZone(tz.constData());
+        const auto later = DRLocalCalendar::ofThisComputer().adding(at("2014-03-15T12:00:00"), 1, Unit::Month);
+        QVERIFY(later);
+        QCOMPARE(text(*later), noon);
+    }
+
+    void standardOffsetOfARule()
+    {
+        chooseZone("<+0330>-3:30");
+        const DRLocalCalendar calendar = DRLocalCalendar::ofThisComputer();
+        QCOMPARE(calendar.dayOfMonth(at("2014-03-15T20:29:59")), 15);
+        QCOMPARE(calendar.dayOfMonth(at("2014-03-15T20:30:00")), 16);
+    }
+
+    void unknownZonesAreNone()
+    {
+        QVERIFY(!DRLocalCalendar::inTimeZone(u"Nowhere/Land"_s));
+        QVERIFY(!DRLocalCalendar::inTimeZone({}));
+        QVERIFY(!DRLocalCalendar::inTimeZone(u"_float"_s));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestLocalCalendar)
+#include "TestLocalCalendar.moc"
