@@ -1,0 +1,106 @@
+#include "convert/bookmarks/DRMigrateChromeBookmarks.h"
+
+#include "convert/bookmarks/DRChromeBookmarksCheck.h"
+#include "convert/bookmarks/DRChromeBookmarksText.h"
+#include "convert/bookmarks/DRMigrateIPhoneBookmarks.h"
+#include "model/backup_entry/DRMigrateServices.h"
+#include "platform/core/DRFiles.h"
+#include "platform/core/DRLog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 kLargestFile = qint64{64} * 1024 * 1024; ///< a larger one counts as unreadable
+
+/// Chrome's file as it is; null when it cannot be read as text.
+QByteArray readFile(const QString& path)
+{
+    const auto bytes = DRFiles::readRegularFile(path, kLargestFile);
+    return bytes && QByteArrayView(*bytes).isValidUtf8() ? *bytes : QByteArray();
+}
+
+bool writeFile(const QString& path, const QByteArray& text)
+{
+    return QDir().mkpath(QFileInfo(path).path()) && DRFiles::writeAtomically(path, text);
+}
+
+/// Whether there is something that a new file replaces, readable or not.
+bool holdsAnything(const QString& path)
+{
+    const QFileInfo file(path);
+    return file.isSymLink() || file.size() > 0;
+}
+
+} // namespace
+
+bool DRMigrateChromeBookmarks::load()
+{
+    setEntries(DREntryList());
+    if (!expandPacket()) {
+        return false;
+    }
+    if (!checkForManifest()) {
+        setIgnoreDataType(true);
+        skipWithoutManifest(u"Chrome"_s);
+    }
+    return true;
+}
+
+bool DRMigrateChromeBookmarks::mergeDataFrom(const DRMigrateDataType& source)
+{
+    DRMigrateReport outcome = report();
+    outcome.found = static_cast<qint64>(source.entries()->size());
+    const auto* bookmarks = dynamic_cast<const DRMigrateIPhoneBookmarks*>(&source);
+    const bool hasPlace = !ignoreDataType() && !targetPath().isEmpty() && !packetID().isEmpty();
+    if (hasPlace && bookmarks != nullptr) {
+        const DRBookmarkTree tree = DRBookmarkTree::of(bookmarks->folders(), bookmarks->bookmarks());
+        if (!tree.nodes.empty()) {
+            writeTree(tree, outcome);
+        }
+    }
+    setReport(std::move(outcome));
+    return true;
+}
+
+void DRMigrateChromeBookmarks::writeTree(const DRBookmarkTree& tree, DRMigrateReport& outcome)
+{
+    const QString path = pathInApp(u"r/app_chrome/Default/Bookmarks"_s);
+    const QByteArray existing = readFile(path);
+    const QByteArray unsummed = DRChromeBookmarksText::removeChecksum(existing);
+    const auto place = DRChromeBookmarksText::findPositionForIPhoneBookmarks(unsummed);
+    const bool isReplaced = !place && holdsAnything(path);
+    QByteArray text = DRChromeBookmarksText::folderToString(tree, services().clock, unsummed, place);
+    if (!place) {
+        text = DRChromeBookmarksText::fileAround(text);
+    }
+    if (!writeFile(path, text)) {
+        setIgnoreDataType(true); // the phone's packet stays as it is
+        qCWarning(lcMigrate, "Chrome's bookmarks file cannot be written");
+        outcome.skipped.push_back(
+            {.what = u"All bookmarks"_s, .why = u"Chrome's file for them cannot be written on this computer"_s});
+        return;
+    }
+    QFile::remove(path + u".bak"_s); // often there is none
+    outcome.written = tree.writtenCount();
+    outcome.counts[u"folders"_s] = tree.folderCount();
+    if (isReplaced) {
+        outcome.warnings.append(u"Chrome's own bookmarks on the phone cannot be added to and are replaced by the new "
+                                "ones; the phone's backup keeps them"_s);
+    }
+    const QString warning = DRChromeBookmarksCheck::warningAbout(place ? existing : QByteArray(), text, tree);
+    if (!warning.isNull()) {
+        outcome.warnings.append(warning);
+    }
+}
+
+bool DRMigrateChromeBookmarks::save()
+{
+    return ignoreDataType() || packPacket();
+}
