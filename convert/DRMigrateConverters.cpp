@@ -1,5 +1,10 @@
 #include "convert/DRMigrateConverters.h"
 
+#include "convert/bookmarks/DRMigrateAndroidBookmarks.h"
+#include "convert/bookmarks/DRMigrateChromeBookmarks.h"
+#include "convert/bookmarks/DRMigrateIPhoneBookmarks.h"
+#include "convert/calendar/DRMigrateAndroidCalendar.h"
+#include "convert/calendar/DRMigrateIPhoneCalendar.h"
 #include "convert/contacts/DRMigrateAndroidAddressBook.h"
 #include "convert/contacts/DRMigrateIPhoneAddressBook.h"
 #include "convert/media/DRMigrateAndroidMusic.h"
@@ -35,6 +40,13 @@ void registerMigrateConverters(DRMigrateDataTypeRegistry& registry)
 
     registry.registerIPhoneType(kNotes, make<DRMigrateIPhoneNotes>);
     registry.registerPacketType(kNotesPacket, make<DRMigrateAndroidNotes>);
+
+    registry.registerIPhoneType(kCalendar, make<DRMigrateIPhoneCalendar>);
+    registry.registerPacketType(kCalendarPacket, make<DRMigrateAndroidCalendar>);
+
+    registry.registerIPhoneType(kBookmarks, make<DRMigrateIPhoneBookmarks>);
+    registry.registerPacketType(kBrowserPacket, make<DRMigrateAndroidBookmarks>);
+    registry.registerPacketType(kChromePacket, make<DRMigrateChromeBookmarks>);
 
     registry.registerMediaType(kMusic, make<DRMigrateAndroidMusic>);
     registry.registerMediaType(kVoiceMemos, make<DRMigrateAndroidVoiceMemos>);

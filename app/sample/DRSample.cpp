@@ -1,5 +1,7 @@
 #include "app/sample/DRSample.h"
 
+#include "app/sample/DRSampleBookmarks.h"
+#include "app/sample/DRSampleCalendar.h"
 #include "app/sample/DRSampleContacts.h"
 #include "app/sample/DRSampleIPhoneBackup.h"
 #include "app/sample/DRSampleMessages.h"
@@ -36,6 +38,8 @@ constexpr std::array kParts{
     Part{"iPhone notes", [](Draft& draft) { return addIPhoneNotes(draft.backup, draft.settings); }},
     Part{"iPhone contacts", [](Draft& draft) { return addIPhoneContacts(draft.backup, draft.settings); }},
     Part{"iPhone messages", [](Draft& draft) { return addIPhoneMessages(draft.backup, draft.settings); }},
+    Part{"iPhone calendar", [](Draft& draft) { return addIPhoneCalendar(draft.backup, draft.settings); }},
+    Part{"iPhone bookmarks", [](Draft& draft) { return addIPhoneBookmarks(draft.backup, draft.settings); }},
     Part{"iPhone backup", [](Draft& draft) { return draft.backup.finish(); }},
     Part{"phone notes", [](Draft& draft) { return addPhoneNotes(draft.phone, draft.settings); }},
     Part{"phone messages", [](Draft& draft) { return addPhoneTelephony(draft.phone, draft.settings); }},
