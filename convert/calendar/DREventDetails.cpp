@@ -39,8 +39,8 @@ QDateTime recurrenceEnd(const DRResultSet& row)
 /// Null when the identity has no name at all.
 QString nameInIdentity(const DRResultSet& row)
 {
-    const QString first = row.string("first_name");
-    const QString last = row.string("last_name");
+    QString first = row.string("first_name");
+    QString last = row.string("last_name");
     if (!first.isNull() && !last.isNull()) {
         return first + u' ' + last;
     }

@@ -166,7 +166,7 @@ private Q_SLOTS:
     void recurringEventBecomesRows()
     {
         DRImportedEvent event = weekly(2);
-        event.recurrenceEndDate = moment(kStart + 28 * 24 * kHour);
+        event.recurrenceEndDate = moment(kStart + kHour * 24 * 28);
         event.endDate = {};
         event.isAllDay = true;
         QVERIFY(merge({{event}}).skipped.empty());
