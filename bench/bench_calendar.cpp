@@ -7,6 +7,7 @@
 #include "convert/calendar/DRMigrateIPhoneCalendar.h"
 #include "convert/calendar/DRRecurrence.h"
 #include "platform/core/DRDigest.h"
+#include "platform/core/DRLocalCalendar.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRTransaction.h"
 #include "tests/support/DRTestServices.h"
@@ -162,7 +163,7 @@ void insertRows(benchmark::State& state)
 {
     DRTestServices test;
     const DRImportedCalendars calendars = makeCalendars(state.range(0));
-    const DRLocalCalendar local = DRLocalCalendar::ofThisComputer();
+    const DRLocalCalendar local;
     std::vector<std::vector<DRCalendarInstance>> instances;
     for (const DRImportedEvent& event : calendars->front().calendarEvents) {
         auto& rows = instances.emplace_back(DRRecurrence::furtherInstances(event, local));
@@ -198,7 +199,7 @@ void insertRows(benchmark::State& state)
 void expandEvents(benchmark::State& state)
 {
     const DRImportedCalendars calendars = makeCalendars(state.range(0));
-    const DRLocalCalendar local = DRLocalCalendar::ofThisComputer();
+    const DRLocalCalendar local;
     for ([[maybe_unused]] auto iteration : state) {
         for (const DRImportedEvent& event : calendars->front().calendarEvents) {
             benchmark::DoNotOptimize(DRRecurrence::furtherInstances(event, local));

@@ -78,8 +78,8 @@ bool DRMigrateAndroidBookmarks::mergeTree(DRDatabase& database, const DRBookmark
         return false;
     }
     writer.tell(outcome);
-    if (writer.bookmarkCount() == 0 && !tree.nodes.empty()) {
-        setIgnoreDataType(true); // each is named; without a commit nothing has changed
+    if (writer.bookmarkCount() == 0 && outcome.found > 0) {
+        setIgnoreDataType(true); // each is named, here or by the reader; without a commit nothing has changed
         outcome.counts.clear();
         return true;
     }

@@ -63,6 +63,8 @@ bool DRMigrateChromeBookmarks::mergeDataFrom(const DRMigrateDataType& source)
         const DRBookmarkTree tree = DRBookmarkTree::of(bookmarks->folders(), bookmarks->bookmarks());
         if (!tree.nodes.empty()) {
             writeTree(tree, outcome);
+        } else if (outcome.found > 0) {
+            setIgnoreDataType(true); // the reader has named them; the phone's packet stays as it is
         }
     }
     setReport(std::move(outcome));

@@ -61,8 +61,8 @@ void tellUnplaced(const DRBookmarkTree& tree, qint64 found, DRMigrateReport& out
         return;
     }
     if (tree.bookmarkCount < found) {
-        outcome.warnings.append(
-            u"Bookmarks that lie in no folder of the iPhone's list: %1"_s.arg(found - tree.bookmarkCount));
+        outcome.skipped.push_back({.what = u"Bookmarks: %1"_s.arg(found - tree.bookmarkCount),
+                                   .why = u"no folder of the iPhone's list leads to them"_s});
     }
 }
 
@@ -88,7 +88,7 @@ bool DRMigrateIPhoneBookmarks::load()
     outcome.isNotInBackup = !DRIPhoneBackupFiles::holds(sourcePath(), kBookmarksDatabase);
     auto database =
         DRIPhoneBackupFiles::openBackedUpDatabase(sourcePath(), kBookmarksDatabase, services().folders.temporary);
-    if (!database) {
+    if (!database && !outcome.isNotInBackup) {
         qCWarning(lcMigrate, "The bookmarks database of the backup cannot be opened");
     }
     const bool isRead = database && readContent(**database, outcome);

@@ -71,14 +71,18 @@ DRCalendarReading readCalendars(DRDatabase& database)
     while (row.next()) {
         const qint64 id = row.integer("ROWID");
         std::vector<DRImportedEvent> events = takeEvents(items, id);
+        std::vector<DRImportedEvent> olderEvents = takeEvents(older, id);
         if (events.empty()) {
-            events = takeEvents(older, id);
+            events = std::move(olderEvents);
+        } else {
+            reading.olderCopyCount += static_cast<qint64>(olderEvents.size());
         }
         reading.eventCount += static_cast<qint64>(events.size());
         reading.calendars.push_back({.name = row.string("title"), .calendarEvents = std::move(events)});
     }
-    const bool areCalendarsRead = !row.hasFailed() || !database.hasTable(u"Calendar"_s);
-    reading.isComplete = areCalendarsRead && details.isComplete() && items.isComplete && older.isComplete;
+    reading.hasCalendars = database.hasTable(u"Calendar"_s);
+    reading.isComplete =
+        (!row.hasFailed() || !reading.hasCalendars) && details.isComplete() && items.isComplete && older.isComplete;
     reading.unreachedEventCount = items.unreachedCount + older.unreachedCount;
     return reading;
 }

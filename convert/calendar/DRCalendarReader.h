@@ -11,7 +11,9 @@ struct DRCalendarReading {
     std::vector<DRImportedCalendar> calendars;
     qint64 eventCount = 0;          ///< in all of them
     qint64 unreachedEventCount = 0; ///< rows of events that belong to no calendar
+    qint64 olderCopyCount = 0;      ///< rows of the older layout's table beside those of the newer one's
     qint64 unownedAlarmCount = 0;   ///< rows of alarms in a layout that does not tell their events
+    bool hasCalendars = true;       ///< whether there is a table of calendars at all
     bool isComplete = true;         ///< false when a table could not be read to its end
 };
 

@@ -11,9 +11,10 @@ bool DRCalendarTable::hasColumn(DRDatabase& database, const char* table, const c
 
 DRResultSet DRCalendarTable::rowsWithKey(DRDatabase& database, const char* table, const char* key)
 {
-    // Compared with a number, any other type is unequal; read as a number, it would be 0 or cut off.
+    // What equals a number that stands in a statement: the plus sign makes the cast value as plain as that. Another
+    // value, read as a number, would be 0 or cut off.
     return database.executeQuery(
-        u"SELECT * FROM %1 WHERE typeof(%2)='integer'"_s.arg(QLatin1StringView(table), QLatin1StringView(key)));
+        u"SELECT * FROM %1 WHERE %2=+CAST(%2 AS INTEGER)"_s.arg(QLatin1StringView(table), QLatin1StringView(key)));
 }
 
 qint64 DRCalendarTable::rowCount(DRDatabase& database, const char* table)

@@ -92,7 +92,12 @@ qint64 DRCalendarWriter::insertLocalCalendar()
     const QString name = u"Phone Calendar"_s;
     const bool isInserted = insertRow(insert, {u"SYNCML_ORPHANED"_s, u"LOCAL"_s, name, name, kLocalCalendarColor,
                                                kOwnerAccess, kYes, kYes, kBlank, kYes});
-    return isInserted ? m_database.lastInsertRowId() : kFallbackCalendar;
+    if (isInserted) {
+        return m_database.lastInsertRowId();
+    }
+    m_losses.add(
+        {.what = u"A calendar on the phone for the events, without which it may not show them"_s, .why = m_reason});
+    return kFallbackCalendar;
 }
 
 void DRCalendarWriter::insertCalendarWithEventsIntoAndroidDatabase(const DRImportedCalendar& calendar,

@@ -2,6 +2,7 @@
 
 #include "convert/calendar/DRCalendarWriter.h"
 #include "convert/calendar/DRMigrateIPhoneCalendar.h"
+#include "platform/core/DRLocalCalendar.h"
 #include "platform/core/DRLog.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRNeededColumns.h"
@@ -35,11 +36,6 @@ void skipAll(DRMigrateReport& report, const QString& why)
 }
 
 } // namespace
-
-DRMigrateAndroidCalendar::DRMigrateAndroidCalendar(const DRMigrateServices& services, DRLocalCalendar calendar)
-    : DRMigrateDataType(services), m_calendar(std::move(calendar))
-{
-}
 
 bool DRMigrateAndroidCalendar::load()
 {
@@ -101,15 +97,16 @@ bool DRMigrateAndroidCalendar::mergeCalendars(DRDatabase& database,
 /// Why the transaction was lost; null when it stands.
 QString DRMigrateAndroidCalendar::writeCalendars(DRDatabase& database,
                                                  const DRMigrateIPhoneCalendar& source,
-                                                 DRMigrateReport& outcome) const
+                                                 DRMigrateReport& outcome)
 {
-    DRCalendarWriter writer(database, m_calendar);
+    const DRLocalCalendar calendar;
+    DRCalendarWriter writer(database, calendar);
     const auto calendarId = writer.defaultCalendarId();
     if (!calendarId || writer.isLost()) {
         return writer.reason();
     }
-    for (const DRImportedCalendar& calendar : *source.allCalendars()) {
-        writer.insertCalendarWithEventsIntoAndroidDatabase(calendar, *calendarId);
+    for (const DRImportedCalendar& imported : *source.allCalendars()) {
+        writer.insertCalendarWithEventsIntoAndroidDatabase(imported, *calendarId);
     }
     if (writer.isLost()) {
         return writer.reason();

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "model/backup_entry/DRMigrateDataType.h"
-#include "platform/core/DRLocalCalendar.h"
 
 class DRDatabase;
 class DRMigrateIPhoneCalendar;
@@ -9,15 +8,13 @@ class DRMigrateIPhoneCalendar;
 /// Appends events to the first calendar of the phone's calendar app, in "db/calendar.db" of its packet.
 class DRMigrateAndroidCalendar final : public DRMigrateDataType {
 public:
-    /// `calendar`: in which recurring events are continued.
-    explicit DRMigrateAndroidCalendar(const DRMigrateServices& services,
-                                      DRLocalCalendar calendar = DRLocalCalendar::ofThisComputer());
+    using DRMigrateDataType::DRMigrateDataType;
 
     /// Expands the packet. One without a manifest is ignored from then on: the phone would drop it, so its own stays.
     [[nodiscard]] bool load() override;
 
     /// Appends every event of the source, which is a `DRMigrateIPhoneCalendar`, in one transaction; nothing recognises
-    /// events that are there already. What cannot be written is left out, and told. A packet whose database lacks a table
+    /// events that are there already. Recurring ones are continued in the computer's time zone. What cannot be written is left out, and told. A packet whose database lacks a table
     /// or column that is written, or takes none of the events, is ignored from then on, and told. False when the database
     /// cannot be opened or read, or the transaction is lost.
     [[nodiscard]] bool mergeDataFrom(const DRMigrateDataType& source) override;
@@ -28,8 +25,6 @@ public:
 private:
     [[nodiscard]] bool
     mergeCalendars(DRDatabase& database, const DRMigrateIPhoneCalendar& source, DRMigrateReport& outcome);
-    [[nodiscard]] QString
-    writeCalendars(DRDatabase& database, const DRMigrateIPhoneCalendar& source, DRMigrateReport& outcome) const;
-
-    DRLocalCalendar m_calendar;
+    [[nodiscard]] static QString
+    writeCalendars(DRDatabase& database, const DRMigrateIPhoneCalendar& source, DRMigrateReport& outcome);
 };

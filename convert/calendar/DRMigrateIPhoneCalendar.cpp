@@ -42,9 +42,17 @@ DRMigrateReport reportOn(const DRCalendarReading& reading)
         report.skipped.push_back(
             {.what = u"Some events, or parts of them"_s, .why = u"the backup's calendar database is damaged"_s});
     }
+    if (!reading.hasCalendars) {
+        report.skipped.push_back(
+            {.what = u"All events"_s, .why = u"the backup's calendar database has no list of calendars"_s});
+    }
     if (reading.unreachedEventCount > 0) {
+        report.skipped.push_back({.what = u"Events: %1"_s.arg(reading.unreachedEventCount),
+                                  .why = u"they belong to no calendar of the iPhone"_s});
+    }
+    if (reading.olderCopyCount > 0) {
         report.warnings.append(
-            u"Events that belong to no calendar, which are not moved: %1"_s.arg(reading.unreachedEventCount));
+            u"Events left over from an older system, which are not moved: %1"_s.arg(reading.olderCopyCount));
     }
     if (reading.unownedAlarmCount > 0) {
         report.warnings.append(

@@ -53,7 +53,9 @@ bool DRMigrateIPhoneMessages::load()
     auto database =
         DRIPhoneBackupFiles::openBackedUpDatabase(sourcePath(), kMessagesDatabase, services().folders.temporary);
     if (!database) {
-        qCWarning(lcMigrate, "The messages database of the backup cannot be opened");
+        if (!outcome.isNotInBackup) {
+            qCWarning(lcMigrate, "The messages database of the backup cannot be opened");
+        }
         setReport(std::move(outcome));
         return false;
     }

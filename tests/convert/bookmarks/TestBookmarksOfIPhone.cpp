@@ -86,7 +86,8 @@ private Q_SLOTS:
         QCOMPARE(records.back()->title, u"lost"_s);
         QCOMPARE(phone->report().found, qint64{4});
         QCOMPARE(phone->report().counts.at(u"folders"_s), qint64{1});
-        QCOMPARE(phone->report().warnings, QStringList{u"Bookmarks that lie in no folder of the iPhone's list: 1"_s});
+        QCOMPARE(phone->report().skipped.size(), 1U);
+        QCOMPARE(phone->report().skipped.front().what, u"Bookmarks: 1"_s);
     }
 
     void orderIsThatOfOneStatementPerFolder_data()

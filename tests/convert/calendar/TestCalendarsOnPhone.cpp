@@ -2,6 +2,7 @@
 #include "convert/calendar/DRMigrateIPhoneCalendar.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "tests/support/DRTestServices.h"
+#include "tests/support/DRTestTimeZone.h"
 
 #include <QDir>
 #include <QTest>
@@ -65,10 +66,9 @@ private:
         return opened && opened->executeScript(script);
     }
 
-    [[nodiscard]] std::shared_ptr<DRMigrateAndroidCalendar> phoneSide(const QString& zone = u"UTC"_s) const
+    [[nodiscard]] std::shared_ptr<DRMigrateAndroidCalendar> phoneSide() const
     {
-        auto calendar =
-            std::make_shared<DRMigrateAndroidCalendar>(m_test->services, *DRLocalCalendar::inTimeZone(zone));
+        auto calendar = std::make_shared<DRMigrateAndroidCalendar>(m_test->services);
         calendar->setTargetPath(m_test->root.filePath(u"work"_s));
         calendar->setPacketID(kPacketID);
         return calendar;
@@ -180,9 +180,20 @@ private Q_SLOTS:
 
     void stepsFollowTheZone()
     {
-        const auto target = phoneSide(u"Europe/Berlin"_s);
+        const DRTestTimeZone chosen(u"Europe/Berlin"_s);
+        const auto target = phoneSide();
         QVERIFY(target->mergeDataFrom(*sourceOf({{weekly(4)}})));
         QVERIFY(rows(u"Instances"_s).section(u'\n', 1, 1).startsWith(u"1|1396350000000|1396353600000|"_s));
+    }
+
+    void refusedCalendarIsTold()
+    {
+        QVERIFY(run(
+            u"DELETE FROM Calendars; CREATE TRIGGER c BEFORE INSERT ON Calendars BEGIN SELECT RAISE(IGNORE); END"_s));
+        const DRMigrateReport report = merge({{weekly(1)}});
+        QCOMPARE(report.written, 1);
+        QCOMPARE(report.skipped.size(), 1U);
+        QVERIFY(rows(u"Events"_s).startsWith(u"1|1|Choir|"_s)); // its calendar has the number 1 all the same
     }
 
     void intervalOfNothingIsNoLoss()

@@ -1,4 +1,5 @@
 #include "platform/core/DRLocalCalendar.h"
+#include "tests/support/DRTestTimeZone.h"
 
 #include <QDateTime>
 #include <QTest>
@@ -30,16 +31,7 @@ constexpr qint32 kMost = std::numeric_limits<qint32>::max();
 class TestLocalCalendar : public QObject {
     Q_OBJECT
 
-private:
-    void chooseZone(const char* zone)
-    {
-        qputenv("TZ", zone);
-        tzset();
-    }
-
 private Q_SLOTS:
-
-    void cleanup() { chooseZone("Asia/Kathmandu"); }
 
     /// Each step from the moment before it; moments in UTC.
     void stepsKeepTheTimeOfDay_data()
@@ -84,80 +76,78 @@ private Q_SLOTS:
         QFETCH(Unit, unit);
         QFETCH(int, count);
         QFETCH(QByteArrayList, moments);
-        const auto calendar = DRLocalCalendar::inTimeZone(zone);
-        QVERIFY(calendar);
+        const DRTestTimeZone chosen(zone);
+        const DRLocalCalendar calendar;
         for (qsizetype i = 1; i < moments.size(); ++i) {
-            const auto next = calendar->adding(at(moments.at(i - 1).constData()), count, unit);
+            const auto next = calendar.adding(at(moments.at(i - 1).constData()), count, unit);
             QVERIFY(next);
             QCOMPARE(text(*next), QString::fromLatin1(moments.at(i)));
         }
     }
 
+    void daysAreThoseOfTheZone_data()
+    {
+        QTest::addColumn<QString>("zone");
+        QTest::addColumn<QString>("moment"); // in UTC; 1 June 2014 is a Sunday
+        QTest::addColumn<int>("dayOfMonth");
+        QTest::addColumn<int>("dayOfWeek");
+        QTest::newRow("the same day") << u"America/New_York"_s << u"2014-06-01T11:00:00"_s << 1 << 0;
+        QTest::newRow("still the day before") << u"America/New_York"_s << u"2014-06-01T03:00:00"_s << 31 << 6;
+        QTest::newRow("already the next day") << u"Pacific/Apia"_s << u"2014-06-01T11:00:00"_s << 2 << 1;
+        QTest::newRow("before the known years") << u"Asia/Kathmandu"_s << u"1803-06-01T20:00:00"_s << 2 << 4;
+        QTest::newRow("after them, in summer") << u"Europe/Berlin"_s << u"2403-06-30T22:30:00"_s << 1 << 2;
+        QTest::newRow("by a rule, until midnight") << u"<+0330>-3:30"_s << u"2014-03-15T20:29:59"_s << 15 << 6;
+        QTest::newRow("by a rule, from midnight on") << u"<+0330>-3:30"_s << u"2014-03-15T20:30:00"_s << 16 << 0;
+    }
+
     void daysAreThoseOfTheZone()
     {
-        const auto apia = DRLocalCalendar::inTimeZone(u"Pacific/Apia"_s);
-        const auto newYork = DRLocalCalendar::inTimeZone(u"America/New_York"_s);
-        const qint64 moment = at("2014-06-01T11:00:00"); // a Sunday
-        QCOMPARE(newYork->dayOfMonth(moment), 1);
-        QCOMPARE(newYork->dayOfWeek(moment), 0);
-        QCOMPARE(apia->dayOfMonth(moment), 2);
-        QCOMPARE(apia->dayOfWeek(moment), 1);
-        QCOMPARE(newYork->dayOfMonth(at("2014-06-01T03:00:00")), 31);
-        QCOMPARE(newYork->dayOfWeek(at("2014-06-01T03:00:00")), 6);
+        QFETCH(QString, zone);
+        QFETCH(QString, moment);
+        const DRTestTimeZone chosen(zone);
+        const DRLocalCalendar calendar;
+        QTEST(calendar.dayOfMonth(at(moment.toLatin1().constData())), "dayOfMonth");
+        QTEST(calendar.dayOfWeek(at(moment.toLatin1().constData())), "dayOfWeek");
     }
 
     void whatIsOutOfRangeIsNotComputed()
     {
-        const auto calendar = DRLocalCalendar::inTimeZone(u"Europe/Berlin"_s);
+        const DRTestTimeZone chosen(u"Europe/Berlin"_s);
+        const DRLocalCalendar calendar;
         for (const qint64 moment : {kLatest, kEarliest, kLatest / 2}) {
             for (const Unit unit : {Unit::Day, Unit::Week, Unit::Month, Unit::Year}) {
-                QVERIFY(!calendar->adding(moment, 1, unit));
+                QVERIFY(!calendar.adding(moment, 1, unit));
             }
-            QVERIFY(calendar->dayOfMonth(moment) >= 1 && calendar->dayOfMonth(moment) <= 31);
-            QVERIFY(calendar->dayOfWeek(moment) >= 0 && calendar->dayOfWeek(moment) <= 6);
+            QVERIFY(calendar.dayOfMonth(moment) >= 1 && calendar.dayOfMonth(moment) <= 31);
+            QVERIFY(calendar.dayOfWeek(moment) >= 0 && calendar.dayOfWeek(moment) <= 6);
         }
         for (const Unit unit : {Unit::Week, Unit::Month, Unit::Year}) {
-            QVERIFY(!calendar->adding(0, kMost, unit));
-            QVERIFY(!calendar->adding(0, -kMost - 1, unit));
+            QVERIFY(!calendar.adding(0, kMost, unit));
+            QVERIFY(!calendar.adding(0, -kMost - 1, unit));
         }
     }
 
     void zoneOfTheComputer_data()
     {
-        QTest::addColumn<QByteArray>("tz");
+        QTest::addColumn<QString>("zone");
         QTest::addColumn<QString>("noon"); // of a summer's day in UTC, one month later
 
-        QTest::newRow("by name") << QByteArray("Europe/Berlin") << u"2014-04-15T11:00:00"_s;
-        QTest::newRow("with a colon") << QByteArray(":Europe/Berlin") << u"2014-04-15T11:00:00"_s;
-        QTest::newRow("by its file") << QByteArray(":/usr/share/zoneinfo/Europe/Berlin") << u"2014-04-15T11:00:00"_s;
-        QTest::newRow("nothing is UTC") << QByteArray("") << u"2014-04-15T12:00:00"_s;
-        QTest::newRow("a rule: its standard offset") << QByteArray("XYZ3ABC") << u"2014-04-15T12:00:00"_s;
-        QTest::newRow("nonsense is UTC") << QByteArray("Nowhere/Land") << u"2014-04-15T12:00:00"_s;
+        QTest::newRow("by name") << u"Europe/Berlin"_s << u"2014-04-15T11:00:00"_s;
+        QTest::newRow("with a colon") << u":Europe/Berlin"_s << u"2014-04-15T11:00:00"_s;
+        QTest::newRow("by its file") << u":/usr/share/zoneinfo/Europe/Berlin"_s << u"2014-04-15T11:00:00"_s;
+        QTest::newRow("nothing is UTC") << u""_s << u"2014-04-15T12:00:00"_s;
+        QTest::newRow("a rule") << u"CET-1CEST,M3.5.0,M10.5.0/3"_s << u"2014-04-15T11:00:00"_s;
+        QTest::newRow("nonsense is UTC") << u"Nowhere/Land"_s << u"2014-04-15T12:00:00"_s;
     }
 
     void zoneOfTheComputer()
     {
-        QFETCH(QByteArray, tz);
+        QFETCH(QString, zone);
         QFETCH(QString, noon);
-        chooseZone(tz.constData());
-        const auto later = DRLocalCalendar::ofThisComputer().adding(at("2014-03-15T12:00:00"), 1, Unit::Month);
+        const DRTestTimeZone chosen(zone);
+        const auto later = DRLocalCalendar().adding(at("2014-03-15T12:00:00"), 1, Unit::Month);
         QVERIFY(later);
         QCOMPARE(text(*later), noon);
-    }
-
-    void standardOffsetOfARule()
-    {
-        chooseZone("<+0330>-3:30");
-        const DRLocalCalendar calendar = DRLocalCalendar::ofThisComputer();
-        QCOMPARE(calendar.dayOfMonth(at("2014-03-15T20:29:59")), 15);
-        QCOMPARE(calendar.dayOfMonth(at("2014-03-15T20:30:00")), 16);
-    }
-
-    void unknownZonesAreNone()
-    {
-        QVERIFY(!DRLocalCalendar::inTimeZone(u"Nowhere/Land"_s));
-        QVERIFY(!DRLocalCalendar::inTimeZone({}));
-        QVERIFY(!DRLocalCalendar::inTimeZone(u"_float"_s));
     }
 };
 
