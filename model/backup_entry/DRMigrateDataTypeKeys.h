@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/device/DRMigrateFileKinds.h"
+
 #include <QString>
 
 /// The keys of the kinds of content, and the IDs (Android package names) of the app packets that hold them on the
@@ -27,13 +29,3 @@ inline const QString kBrowserPacket = QStringLiteral("com.android.browser");
 inline const QString kNotesPacket = QStringLiteral("com.vornmobile.notes");
 
 } // namespace DRMigrateKeys
-
-/// The kinds of media files, as bits of `DRDCFile::fileKind`.
-namespace DRMigrateFileKinds {
-
-inline constexpr quint32 kMusic = 0x04;
-inline constexpr quint32 kPhotos = 0x10;
-inline constexpr quint32 kVideos = 0x28; ///< both video kinds, 0x08 and 0x20
-inline constexpr quint32 kPlaylist = 0x40;
-
-} // namespace DRMigrateFileKinds

@@ -10,8 +10,9 @@
 /// refuses everything must not make a summary of a million lines.
 class DRMigrateLosses {
 public:
-    /// `nameOfMany`: what the counted rest is called, such as "messages and attachments".
-    explicit DRMigrateLosses(QString nameOfMany);
+    /// `nameOfMany`: what the counted rest is called, such as "messages and attachments". `fileKind`: of media files, see
+    /// `DRMigrateSkippedItem`.
+    explicit DRMigrateLosses(QString nameOfMany, quint32 fileKind = 0);
 
     void add(DRMigrateSkippedItem item);
 
@@ -23,6 +24,7 @@ public:
 
 private:
     QString m_nameOfMany;
+    quint32 m_fileKind;
     std::vector<DRMigrateSkippedItem> m_named;
     qint64 m_furtherCount = 0;
 };

@@ -10,6 +10,7 @@
 struct DRMigrateSkippedItem {
     QString what;
     QString why;
+    quint32 fileKind = 0; ///< of a file of one kind (DRMigrateFileKinds.h): no loss for who did not want that kind
 
     bool operator==(const DRMigrateSkippedItem&) const = default;
 };
@@ -23,6 +24,7 @@ struct DRMigrateReport {
     QStringList warnings;                      ///< losses that the phone's formats require, told before the restore
     std::map<QString, qint64> counts;          ///< further counts by their name, such as "messages" of "textMessages"
     bool isNotInBackup = false;                ///< source side: the backup does not hold this kind at all
+    QString notAvailable; ///< source side: why there is nothing to move though nothing of the backup is lost, else null
 
     bool operator==(const DRMigrateReport&) const = default;
 };

@@ -5,6 +5,7 @@
 class DRBRBackupRestoreController;
 class DRClock;
 class DRDCDeviceController;
+class DRMediaAccessController;
 class DRMigrateDataTypeRegistry;
 class DRNotificationCenter;
 class DRTaskQueue;
@@ -17,6 +18,7 @@ struct DRMigrateServices {
     DRNotificationCenter& notificationCenter;
     DRDCDeviceController& deviceController;
     DRBRBackupRestoreController& backupRestoreController;
+    const DRMediaAccessController& mediaAccessController;
     const DRMigrateDataTypeRegistry& registry;
     DRUserFolders folders;
 };

@@ -77,6 +77,8 @@ public:
     /// Copies the files to their "TargetPath" on the phone's storage and deletes the other list's paths from it. Never
     /// overwrites a different file: that takes a free name such as "IMG_0001 (2).JPG"; an identical one is left as it
     /// is. A file that fails is named in the result, the others go on; nothing half-written stays under a final name.
+    /// Files are copied in their order, and each that is on the phone has its "PlaceOnPhone" before the next is begun, so
+    /// that a playlist can name the songs before it.
     virtual void syncContentWithDevice(const DRDCDevicePointer& device,
                                        DRDCFilesystem& filesystem,
                                        const std::vector<DRDCFilePointer>& contentFilesToCopy,

@@ -1,5 +1,7 @@
 #include "platform/device/DRDCFile.h"
 
+#include "platform/core/DRFileDescriptor.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -36,6 +38,11 @@ void DRDCFile::addFileProcessor(std::shared_ptr<const DRDCFileProcessor> process
 const DRDCFileProcessor* DRDCFile::fileProcessor() const
 {
     return m_processors.empty() ? nullptr : m_processors.back().get();
+}
+
+bool DRDCFile::isValidFile() const
+{
+    return !m_sourcePath.isEmpty() && DRFileDescriptor::openRegularFile(m_sourcePath).isOpen();
 }
 
 QString DRDCFile::displayName() const

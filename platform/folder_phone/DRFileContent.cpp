@@ -2,6 +2,8 @@
 
 #include "platform/folder_phone/DRNoFollow.h"
 
+#include <QHashFunctions>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -100,6 +102,17 @@ bool DRFileContent::isSame(const DRFileDescriptor& first, const DRFileDescriptor
         }
     }
     return true;
+}
+
+std::size_t DRFileContent::likeness(const DRFileDescriptor& file)
+{
+    constexpr std::size_t kEdgeBytes = 4096;
+    const quint64 size = DRNoFollow::sizeOf(file);
+    std::vector<char> edge(kEdgeBytes);
+    const std::size_t first = readAt(file, 0, edge);
+    const std::size_t beginning = qHashBits(edge.data(), first, size);
+    const std::size_t last = readAt(file, size - std::min<quint64>(size, kEdgeBytes), edge);
+    return qHashBits(edge.data(), last, beginning);
 }
 
 DRFileDescriptor DRFileContent::fileInMemory(const QByteArray& bytes)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 
@@ -21,6 +22,10 @@ copy(const DRFileDescriptor& source, const DRFileDescriptor& target, const DRByt
 
 /// Whether both files hold the same bytes. Their read positions stay where they were.
 [[nodiscard]] bool isSame(const DRFileDescriptor& first, const DRFileDescriptor& second);
+
+/// A number that is the same for files of the same content, and seldom for others: made of the size, the beginning and
+/// the end. Good for as long as the program runs. The read position stays where it was.
+[[nodiscard]] std::size_t likeness(const DRFileDescriptor& file);
 
 /// An unnamed file in memory that holds these bytes, at its beginning; not open when it cannot be made.
 [[nodiscard]] DRFileDescriptor fileInMemory(const QByteArray& bytes);

@@ -26,6 +26,7 @@ DRFileRun::DRFileRun(Request request, DRFolderPhoneStorage storage)
         m_items.push_back({.file = recordOfPhoneFile(path), .targetPath = path, .isDeletion = true});
     }
     for (const DRDCFilePointer& file : request.filesToCopy) {
+        file->setMetadata({}, QLatin1StringView(DRDCFile::kPlaceOnPhone)); // of an earlier copy
         m_items.push_back({.file = file, .targetPath = targetPathOf(*file)});
     }
 }
@@ -43,13 +44,29 @@ std::vector<quint64> DRFileRun::prepare()
 DRStepOutcome DRFileRun::work(std::size_t index, const DRByteProgress& progress)
 {
     const Item& item = m_items[index];
-    return item.isDeletion ? m_storage.remove(item.targetPath) : m_storage.copy(*item.file, item.targetPath, progress);
+    if (item.isDeletion) {
+        return m_storage.remove(item.targetPath);
+    }
+    if (const auto place = m_places.find(item.file.get()); place != m_places.end()) {
+        return DRStepOutcome::doneAt(place->second);
+    }
+    DRStepOutcome outcome = m_storage.copy(*item.file, item.targetPath, progress);
+    if (outcome.kind == DRStepOutcome::Kind::Done) {
+        m_places.emplace(item.file.get(), outcome.place);
+    }
+    return outcome;
 }
 
 void DRFileRun::itemDidEnd(std::size_t index, const DRStepOutcome& outcome)
 {
+    const DRDCFilePointer& file = m_items[index].file;
     if (outcome.kind != DRStepOutcome::Kind::Done) {
-        m_failures.push_back({.file = m_items[index].file, .reason = outcome.reason});
+        m_failures.push_back({.file = file, .reason = outcome.reason});
+        return;
+    }
+    // Here, between the works on two files, so that the work on a playlist may read it without a lock.
+    if (!outcome.place.isEmpty()) {
+        file->setMetadata(outcome.place, QLatin1StringView(DRDCFile::kPlaceOnPhone));
     }
 }
 

@@ -4,6 +4,9 @@
 #include "platform/folder_phone/DRFolderPhoneStorage.h"
 #include "platform/folder_phone/DRTaskRun.h"
 
+#include <unordered_map>
+#include <vector>
+
 /// Brings the phone's storage up to date: first the deletions, which make room, then the copies.
 class DRFileRun final : public DRTaskRun {
 public:
@@ -34,5 +37,6 @@ private:
     DRDCDeviceTask::FileHandler m_handler;
     DRFolderPhoneStorage m_storage;
     std::vector<Item> m_items;
+    std::unordered_map<const DRDCFile*, QString> m_places; ///< of what is copied: a song of two playlists comes twice
     std::vector<DRDCFileFailure> m_failures;
 };

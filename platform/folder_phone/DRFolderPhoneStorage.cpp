@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 #include <fcntl.h>
@@ -19,8 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kMaximumNumber = 100000;
-
 /// What is to be copied; not open when it cannot be read or made.
 DRFileDescriptor openSource(const DRDCFile& file)
 {
@@ -30,33 +29,6 @@ DRFileDescriptor openSource(const DRDCFile& file)
     }
     const auto content = processor->contentForFile(file);
     return content ? DRFileContent::fileInMemory(*content) : DRFileDescriptor();
-}
-
-bool isTaken(const DRFileDescriptor& folder, const QString& name)
-{
-    struct stat status {};
-    return ::fstatat(folder.number(), nativePath(name).constData(), &status, AT_SYMLINK_NOFOLLOW) == 0;
-}
-
-/// Where a file goes in its folder: a name that is free, or the name of a file that already has its content.
-struct Place {
-    int number = 0; ///< of the name; 0 when no name is left
-    bool isFilled = false;
-};
-
-Place findPlace(const DRFileDescriptor& folder, const QString& name, const DRFileDescriptor& source)
-{
-    for (int number = 1; number <= kMaximumNumber; ++number) {
-        const QString candidate = DRMediaPlacement::numberedName(name, number);
-        if (!isTaken(folder, candidate)) {
-            return {.number = number, .isFilled = false};
-        }
-        const DRFileDescriptor existing = DRNoFollow::openFile(folder, candidate);
-        if (existing.isOpen() && DRFileContent::isSame(source, existing)) {
-            return {.number = number, .isFilled = true};
-        }
-    }
-    return {};
 }
 
 bool copyTimeOfChange(const DRFileDescriptor& source, const DRFileDescriptor& target)
@@ -84,7 +56,20 @@ DRStepOutcome write(const DRFileDescriptor& source, const DRWholeFile& target, c
     return {};
 }
 
-/// Copies into the folder from this number of the name on; a name that somebody takes meanwhile is passed over.
+/// Gives it this number of the name, or the next that nobody takes meanwhile. The number; none on failure, with the
+/// cause in `errno`.
+std::optional<int> placeFrom(int number, const QString& name, DRWholeFile& target)
+{
+    while (!target.placeAs(DRMediaPlacement::numberedName(name, number))) {
+        if (errno != EEXIST || number == DRTakenNames::kMaximumNumber) {
+            return std::nullopt;
+        }
+        ++number;
+    }
+    return number;
+}
+
+/// Copies into the folder from this number of the name on. The outcome's place is the name.
 DRStepOutcome copyInto(const DRFileDescriptor& folder,
                        const QString& name,
                        int number,
@@ -98,13 +83,9 @@ DRStepOutcome copyInto(const DRFileDescriptor& folder,
     if (DRStepOutcome outcome = write(source, *target, progress); outcome.kind != DRStepOutcome::Kind::Done) {
         return outcome;
     }
-    while (!target->placeAs(DRMediaPlacement::numberedName(name, number))) {
-        if (errno != EEXIST || number == kMaximumNumber) {
-            return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
-        }
-        ++number;
-    }
-    return {};
+    const auto taken = placeFrom(number, name, *target);
+    return taken ? DRStepOutcome::doneAt(DRMediaPlacement::numberedName(name, *taken))
+                 : DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
 }
 
 } // namespace
@@ -122,6 +103,7 @@ DRFolderPhoneStorage::copy(const DRDCFile& file, const QString& targetPath, cons
         return DRStepOutcome::failed(u"it has no name for the phone"_s);
     }
     const QString name = folders.takeLast();
+    const QString parent = folders.isEmpty() ? QString() : folders.join(u'/') + u'/';
     folders.prepend(DRFolderPhoneRoot::kStorageFolder);
 
     const DRFileDescriptor source = openSource(file);
@@ -136,17 +118,17 @@ DRFolderPhoneStorage::copy(const DRDCFile& file, const QString& targetPath, cons
     if (!folder.isOpen()) {
         return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
     }
-    return place(folder, name, source, progress);
+    DRStepOutcome outcome = place({.folder = folder, .name = name, .taken = m_taken[parent + name]}, source, progress);
+    outcome.place.prepend(outcome.place.isEmpty() ? QString() : parent);
+    return outcome;
 }
 
-DRStepOutcome DRFolderPhoneStorage::place(const DRFileDescriptor& folder,
-                                          const QString& name,
-                                          const DRFileDescriptor& source,
-                                          const DRByteProgress& progress)
+DRStepOutcome
+DRFolderPhoneStorage::place(const Goal& goal, const DRFileDescriptor& source, const DRByteProgress& progress)
 {
-    const Place place = findPlace(folder, name, source);
+    const DRTakenNames::Place place = goal.taken.placeFor(source, goal.folder, goal.name);
     if (place.isFilled) {
-        return {};
+        return DRStepOutcome::doneAt(DRMediaPlacement::numberedName(goal.name, place.number));
     }
     const quint64 size = DRNoFollow::sizeOf(source);
     if (place.number == 0) {
@@ -155,7 +137,7 @@ DRStepOutcome DRFolderPhoneStorage::place(const DRFileDescriptor& folder,
     if (!hasRoomFor(size)) {
         return DRPhoneProblems::noSpace(DRPhoneProblems::kPhone);
     }
-    DRStepOutcome outcome = copyInto(folder, name, place.number, source, progress);
+    DRStepOutcome outcome = copyInto(goal.folder, goal.name, place.number, source, progress);
     if (outcome.kind != DRStepOutcome::Kind::Done) {
         return outcome;
     }

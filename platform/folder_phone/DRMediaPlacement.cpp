@@ -1,8 +1,7 @@
 #include "platform/folder_phone/DRMediaPlacement.h"
 
 #include "platform/device/DRDCFile.h"
-
-#include <QFileInfo>
+#include "platform/device/DRMigrateFileKinds.h"
 
 #include <array>
 
@@ -10,7 +9,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr quint32 kPlaylistKind = 0x40;
+using namespace DRMigrateFileKinds;
 
 struct FolderOfKind {
     quint32 kinds;
@@ -18,9 +17,9 @@ struct FolderOfKind {
 };
 
 constexpr std::array kFolders{
-    FolderOfKind{0x04 | kPlaylistKind, "Music"_L1},
-    FolderOfKind{0x08 | 0x20, "Movies"_L1},
-    FolderOfKind{0x10, "Pictures"_L1},
+    FolderOfKind{kMusic | kPlaylist, "Music"_L1},
+    FolderOfKind{kVideos, "Movies"_L1},
+    FolderOfKind{kPhotos, "Pictures"_L1},
 };
 
 QLatin1StringView folderOfKind(quint32 fileKind)
@@ -79,6 +78,32 @@ QString safeName(const QString& component)
     return component == ".."_L1 ? u"_"_s : fittedName(withoutUnfitCharacters(component), {});
 }
 
+QString oneComponent(QString name)
+{
+    return name.replace(u'/', u'_');
+}
+
+/// A text of foreign origin, no file's name so far. A leading dot would hide what it names from the phone's player, and a
+/// folder ".nomedia" all that is beside it, too.
+QString visibleName(const QString& text)
+{
+    const QString name = oneComponent(text).trimmed();
+    return name.startsWith(u'.') ? u'_' + name.sliced(1) : name;
+}
+
+QString folderName(const DRDCFile& file, const char* key)
+{
+    return visibleName(file.metadataForKey(QLatin1StringView(key)).toString());
+}
+
+/// "Artist/Album/"; empty unless both are known.
+QString albumFolder(const DRDCFile& file)
+{
+    const QString artist = folderName(file, DRDCFile::kArtist);
+    const QString album = folderName(file, DRDCFile::kAlbum);
+    return artist.isEmpty() || album.isEmpty() ? QString() : artist + u'/' + album + u'/';
+}
+
 } // namespace
 
 QStringList DRMediaPlacement::safeComponents(const QString& path)
@@ -105,13 +130,11 @@ QString DRMediaPlacement::numberedName(const QString& name, int number)
 
 QString DRMediaPlacement::defaultPath(const DRDCFile& file)
 {
-    QString name = file.metadataForKey(QLatin1StringView(DRDCFile::kTargetFileName)).toString();
-    if (name.isEmpty()) {
-        name = QFileInfo(file.sourcePath()).fileName();
+    const quint32 kind = file.fileKind();
+    QString name = oneComponent(file.displayName());
+    if (kind == kPlaylist) {
+        name = visibleName(name);
+        name += name.endsWith(".m3u"_L1, Qt::CaseInsensitive) ? ""_L1 : ".m3u"_L1;
     }
-    name.replace(u'/', u'_');
-    if (file.fileKind() == kPlaylistKind && !name.endsWith(".m3u"_L1, Qt::CaseInsensitive)) {
-        name += ".m3u"_L1;
-    }
-    return folderOfKind(file.fileKind()) + u'/' + name;
+    return folderOfKind(kind) + u'/' + (kind == kMusic ? albumFolder(file) : QString()) + name;
 }

@@ -23,8 +23,8 @@ inline constexpr qsizetype kMaximumNameBytes = 255;
 /// long.
 [[nodiscard]] QString numberedName(const QString& name, int number);
 
-/// Where the phone would put the file by its kind, such as "Music/name.mp3". Playlists lie beside the music, so that
-/// they can name songs by file name alone, and end in ".m3u".
+/// Where the phone would put the file by its kind, such as "Pictures/name.jpg". Songs go to "Music/Artist/Album/name.mp3"
+/// when artist and album are known, else to "Music/name.mp3"; playlists to "Music/name.m3u", above the songs they name.
 [[nodiscard]] QString defaultPath(const DRDCFile& file);
 
 } // namespace DRMediaPlacement

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void restoreReplacesWholeOrNotAtAll();
     void copiesFiles_data();
     void copiesFiles();
+    void copyThatFailsInTheMiddle();
     void deletesFiles();
     void phoneThatVanished_data();
     void phoneThatVanished();

@@ -127,6 +127,30 @@ void DRDeviceConformance::copiesFiles()
     expected.insert(u"IMG.JPG"_s, "phone!");
     QCOMPARE(m_phone->content().storage, expected);
     QCOMPARE(readOnComputer(u"a"_s), "a");
+    qsizetype placed = 0;
+    for (std::size_t index = 0; index < records.size(); ++index) {
+        const QString place = records[index]->metadataForKey(QLatin1StringView(DRDCFile::kPlaceOnPhone)).toString();
+        placed += place.isEmpty() ? 0 : 1;
+        QVERIFY(place.isEmpty() || expected.value(place) == sources.value(files[static_cast<qsizetype>(index)].first));
+    }
+    QCOMPARE(placed, files.size() - failures->size());
+}
+
+/// As on a phone that fills up in a way that was not foreseen.
+void DRDeviceConformance::copyThatFailsInTheMiddle()
+{
+    makePhone({}, 1'000'000);
+    writeOnComputer(u"large"_s, QByteArray(300'000, 'l'));
+    writeOnComputer(u"small"_s, QByteArray(1000, 's'));
+    std::optional<QStringList> failures;
+    {
+        const auto limit = m_phone->failWritesAfter(200'000);
+        failures = runFiles({fileToCopy(u"large"_s, u"d/large"_s), fileToCopy(u"small"_s, u"d/small"_s)});
+    }
+    QVERIFY(failures);
+    QCOMPARE(failures->size(), 1);
+    QVERIFY(failures->front().startsWith(u"d/large: it cannot be written"_s));
+    QCOMPARE(m_phone->content().storage, (QMap<QString, QByteArray>{{u"d/small"_s, QByteArray(1000, 's')}}));
 }
 
 void DRDeviceConformance::deletesFiles()

@@ -2,6 +2,7 @@
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/device/DRDCDeviceController.h"
 #include "platform/device/DRDCFile.h"
+#include "platform/device/DRDCFileUtils.h"
 #include "platform/device/DRDCNotifications.h"
 #include "platform/device/DRPacketOrder.h"
 #include "tests/support/DRTestDevice.h"
@@ -23,6 +24,8 @@ private Q_SLOTS:
     void packetsAreOrdered();
     void backupFolderIsNew();
     void sizeIsThatOfARegularFile();
+    void nameTellsTheKind_data();
+    void nameTellsTheKind();
 };
 
 void TestDevice::packetsOfDataType_data()
@@ -98,6 +101,34 @@ void TestDevice::sizeIsThatOfARegularFile()
     QCOMPARE(DRDCFile::fileWithSourcePath(file.fileName())->filesize(), quint64{5});
     QCOMPARE(DRDCFile::fileWithSourcePath(folder.filePath(u"link"_s))->filesize(), quint64{0});
     QCOMPARE(DRDCFile::fileWithSourcePath(folder.filePath(u"missing"_s))->filesize(), quint64{0});
+}
+
+void TestDevice::nameTellsTheKind_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<quint32>("kind");
+    const auto addRow = [](const char* name, quint32 kind) { QTest::newRow(name) << QString::fromUtf8(name) << kind; };
+    addRow("IMG_0001.JPG", 0x10);
+    addRow("a.b.Heic", 0x10);
+    addRow("IMG_0002.MOV", 0x08);
+    addRow("clip.3g2", 0x08);
+    addRow("clip.mkv", 0x20);
+    addRow("memo.m4a", 0x04);
+    addRow("list.m3u8", 0x40);
+    addRow("jpg", 0);
+    addRow(".jpg", 0);
+    addRow("dot at the end.", 0);
+    addRow("blank in between.jpg jpeg", 0);
+    addRow("long.jpgx", 0);
+    addRow("short.jp", 0);
+    addRow("sidecar.aae", 0);
+    addRow("", 0);
+}
+
+void TestDevice::nameTellsTheKind()
+{
+    QFETCH(const QString, name);
+    QTEST(DRDCFileUtils::fileKindFromFileExtension(DRDCFileUtils::extensionOfName(name)), "kind");
 }
 
 QTEST_GUILESS_MAIN(TestDevice)

@@ -276,21 +276,33 @@ void TestFolderPhone::proposesPaths_data()
 {
     QTest::addColumn<quint32>("kind");
     QTest::addColumn<QString>("targetFileName");
+    QTest::addColumn<QStringList>("artistAndAlbum");
     QTest::addColumn<QString>("path");
-    QTest::newRow("song") << 0x4U << u"One.mp3"_s << u"Music/One.mp3"_s;
-    QTest::newRow("song by its source") << 0x4U << QString() << u"Music/source.mp3"_s;
-    QTest::newRow("playlist") << 0x40U << u"AC/DC"_s << u"Music/AC_DC.m3u"_s;
-    QTest::newRow("video") << 0x20U << u"v.mov"_s << u"Movies/v.mov"_s;
-    QTest::newRow("unknown") << 0U << u"x"_s << u"Download/x"_s;
+    const auto add = [](const char* row, quint32 kind, const QString& name, const QString& path,
+                        const QStringList& artistAndAlbum = {}) {
+        QTest::newRow(row) << kind << name << artistAndAlbum << path;
+    };
+    add("song", 0x4, u"One.mp3"_s, u"Music/One.mp3"_s);
+    add("song by its source", 0x4, {}, u"Music/source.mp3"_s);
+    add("song of an album", 0x4, u"a/b.mp3"_s, u"Music/AC_DC/High_Low/a_b.mp3"_s, {u"AC/DC"_s, u" High/Low"_s});
+    add("names that hide or lead away", 0x4, u"a.mp3"_s, u"Music/_./_nomedia/a.mp3"_s, {u".."_s, u".nomedia"_s});
+    add("artist alone", 0x4, u"a.mp3"_s, u"Music/a.mp3"_s, {u"A"_s, u" "_s});
+    add("playlist", 0x40, u"AC/DC"_s, u"Music/AC_DC.m3u"_s, {u"A"_s, u"B"_s});
+    add("hidden playlist", 0x40, u".P.M3U"_s, u"Music/_P.M3U"_s);
+    add("video", 0x20, u"v.mov"_s, u"Movies/v.mov"_s);
+    add("unknown", 0, u"x"_s, u"Download/x"_s);
 }
 
 void TestFolderPhone::proposesPaths()
 {
     QFETCH(const quint32, kind);
     QFETCH(const QString, targetFileName);
+    QFETCH(const QStringList, artistAndAlbum);
     const auto file = DRDCFile::fileWithSourcePath(u"/music/source.mp3"_s);
     file->setFileKind(kind);
     file->setMetadata(targetFileName, QLatin1StringView(DRDCFile::kTargetFileName));
+    file->setMetadata(artistAndAlbum.value(0), QLatin1StringView(DRDCFile::kArtist));
+    file->setMetadata(artistAndAlbum.value(1), QLatin1StringView(DRDCFile::kAlbum));
     QTEST(DRMediaPlacement::defaultPath(*file), "path");
 }
 
