@@ -5,6 +5,7 @@
 #include "platform/core/DRNotificationCenter.h"
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/device/DRDCDeviceController.h"
+#include "platform/media_library/DRMediaAccessController.h"
 #include "tests/support/DRTestClock.h"
 #include "tests/support/DRTestTaskQueue.h"
 
@@ -18,12 +19,15 @@ struct DRTestServices {
     DRNotificationCenter notifications;
     DRDCDeviceController deviceController{notifications};
     DRBRBackupRestoreController backupRestoreController{root.filePath(QStringLiteral("phone-backups"))};
+    QString musicLibrary = root.filePath(QStringLiteral("music/Library.xml")); ///< empty: the computer has none
+    DRMediaAccessController mediaAccessController{musicLibrary};
     DRMigrateDataTypeRegistry registry;
     DRMigrateServices services{.taskQueue = queue,
                                .clock = clock,
                                .notificationCenter = notifications,
                                .deviceController = deviceController,
                                .backupRestoreController = backupRestoreController,
+                               .mediaAccessController = mediaAccessController,
                                .registry = registry,
                                .folders = {.applicationSupport = root.filePath(QStringLiteral("support")),
                                            .data = root.filePath(QStringLiteral("data")),
