@@ -10,13 +10,17 @@
 #include "convert/media/DRMigrateAndroidMusic.h"
 #include "convert/media/DRMigrateAndroidPhotos.h"
 #include "convert/media/DRMigrateAndroidVoiceMemos.h"
-#include "convert/media/DRVideoCleaner.h"
+#include "convert/media/DRMigrateIPhoneMusic.h"
+#include "convert/media/DRMigrateIPhonePhotos.h"
+#include "convert/media/DRMigrateIPhoneVoiceMemos.h"
+#include "convert/media/DRMP4VideoCleaner.h"
 #include "convert/messages/DRMigrateAndroidMessages.h"
 #include "convert/messages/DRMigrateIPhoneMessages.h"
 #include "convert/notes/DRMigrateAndroidNotes.h"
 #include "convert/notes/DRMigrateIPhoneNotes.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "model/backup_entry/DRMigrateDataTypeRegistry.h"
+#include "model/backup_entry/DRMigrateServices.h"
 
 namespace {
 
@@ -48,9 +52,15 @@ void registerMigrateConverters(DRMigrateDataTypeRegistry& registry)
     registry.registerPacketType(kBrowserPacket, make<DRMigrateAndroidBookmarks>);
     registry.registerPacketType(kChromePacket, make<DRMigrateChromeBookmarks>);
 
+    registry.registerIPhoneType(kMusic, make<DRMigrateIPhoneMusic>);
     registry.registerMediaType(kMusic, make<DRMigrateAndroidMusic>);
+
+    registry.registerIPhoneType(kVoiceMemos, make<DRMigrateIPhoneVoiceMemos>);
     registry.registerMediaType(kVoiceMemos, make<DRMigrateAndroidVoiceMemos>);
+
+    registry.registerIPhoneType(kImages, make<DRMigrateIPhonePhotos>);
     registry.registerMediaType(kImages, [](const DRMigrateServices& services) -> std::shared_ptr<DRMigrateDataType> {
-        return std::make_shared<DRMigrateAndroidPhotos>(services, nullptr);
+        return std::make_shared<DRMigrateAndroidPhotos>(
+            services, std::make_shared<const DRMP4VideoCleaner>(services.folders.temporary));
     });
 }

@@ -2,7 +2,7 @@
 
 #include "convert/media/DRMigrateAndroidMediaDataType.h"
 
-/// Music on the phone's side: copied to where the phone's file system proposes.
+/// Music on the phone's side: copied to where the phone's file system proposes, playlists as M3U files.
 class DRMigrateAndroidMusic final : public DRMigrateAndroidMediaDataType {
 public:
     using DRMigrateAndroidMediaDataType::DRMigrateAndroidMediaDataType;

@@ -1,12 +1,12 @@
 #include "convert/media/DRMigrateAndroidPhotos.h"
 
+#include "convert/media/DRMediaLosses.h"
 #include "convert/media/DRVideoCleaner.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "model/backup_entry/DRMigrateServices.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/device/DRDCDeviceController.h"
 
-#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -31,22 +31,23 @@ bool DRMigrateAndroidPhotos::save()
     if (!device || device->androidBaseVersion() > kLastAndroidThatNeedsCleanVideos) {
         return true;
     }
-    if (!m_cleaner) {
-        const auto isVideo = [](const DRDCFilePointer& file) {
-            return (file->fileKind() & DRMigrateFileKinds::kVideos) != 0;
-        };
-        if (std::ranges::any_of(entriesToTransfer(), isVideo)) {
-            DRMigrateReport changed = report();
-            changed.warnings.append(u"Videos are copied as they are; this phone's player may refuse some of them"_s);
-            setReport(std::move(changed));
-        }
-        return true;
+    if ((fileKindsToTransfer() & DRMigrateFileKinds::kVideos) == 0) {
+        return true; // nobody wants them
     }
+    DRVideoCleaner::Outcome outcome = m_cleaner->cleanEntries(filesOf(*entries()));
     DREntryList cleaned;
-    for (DRDCFilePointer& file : m_cleaner->cleanEntries(filesOf(*entries()))) {
+    cleaned.reserve(outcome.files.size());
+    for (DRDCFilePointer& file : outcome.files) {
         cleaned.emplace_back(std::move(file));
     }
     setEntries(std::move(cleaned));
+    DRMediaLosses losses;
+    for (const DRDCFilePointer& file : outcome.dropped) {
+        losses.add(file->displayName(), file->fileKind(), u"it could not be prepared for this phone's player"_s);
+    }
+    DRMigrateReport changed = report();
+    losses.tell(changed);
+    setReport(std::move(changed));
     return true;
 }
 

@@ -9,12 +9,12 @@ class DRVideoCleaner;
 /// Photos and videos on the phone's side: copied to the phone's storage below "TarvexTransfer/Media".
 class DRMigrateAndroidPhotos final : public DRMigrateAndroidMediaDataType {
 public:
-    /// `cleaner` prepares videos for phones of Android 2 and older; without one they are copied as they are, with a
-    /// warning.
+    /// `cleaner`, never null, prepares videos for phones of Android 2 and older.
     DRMigrateAndroidPhotos(const DRMigrateServices& services, std::shared_ptr<const DRVideoCleaner> cleaner);
     ~DRMigrateAndroidPhotos() override;
 
-    /// Cleans the videos for phones whose `androidBaseVersion` is 2 or lower.
+    /// Cleans the videos, if they are to be copied, for phones whose `androidBaseVersion` is 2 or lower. One whose cleaned
+    /// copy cannot be written is left out, and the report says so.
     [[nodiscard]] bool save() override;
 
     void transferFilesWithTarget(TransferHandler handler) override;

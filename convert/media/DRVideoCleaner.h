@@ -9,7 +9,11 @@ class DRVideoCleaner {
 public:
     virtual ~DRVideoCleaner() = default;
 
-    /// The files with each video that needs it replaced by a cleaned copy. Called on the background queue.
-    [[nodiscard]] virtual std::vector<DRDCFilePointer>
-    cleanEntries(const std::vector<DRDCFilePointer>& files) const = 0;
+    struct Outcome {
+        std::vector<DRDCFilePointer> files;
+        std::vector<DRDCFilePointer> dropped; ///< videos whose cleaned copy could not be written
+    };
+
+    /// The files in their order, with each video that needs it replaced by a cleaned copy. Called on the background queue.
+    [[nodiscard]] virtual Outcome cleanEntries(const std::vector<DRDCFilePointer>& files) const = 0;
 };

@@ -5,6 +5,7 @@
 #include "platform/device/DRDCDeviceController.h"
 #include "platform/device/DRDCFilesystem.h"
 #include "platform/device/DRDCNotifications.h"
+#include "platform/device/DRMigrateFileKinds.h"
 
 #include <algorithm>
 #include <numeric>
@@ -22,6 +23,26 @@ DRDCFileFailures allFailed(const std::vector<DRDCFilePointer>& files, const QStr
         failures.push_back({.file = file, .reason = reason});
     }
     return failures;
+}
+
+/// How many of the files are playlists, and how many are not.
+struct Tally {
+    qint64 files = 0;
+    qint64 playlists = 0;
+};
+
+Tally tallyOf(const std::vector<DRDCFilePointer>& files)
+{
+    const auto isPlaylist = [](const auto& file) { return file->fileKind() == DRMigrateFileKinds::kPlaylist; };
+    const qint64 playlists = std::ranges::count_if(files, isPlaylist);
+    return {.files = static_cast<qint64>(files.size()) - playlists, .playlists = playlists};
+}
+
+/// Foreign text as one visible name: no way to another folder, and no ".nomedia", which hides all files beside it.
+QString oneName(QString text)
+{
+    text.replace(u'/', u'_').remove(QChar::Null);
+    return text.isEmpty() || text.startsWith(u'.') ? u'_' + text.mid(1) : text;
 }
 
 } // namespace
@@ -93,13 +114,19 @@ void DRMigrateMediaDataType::transferFilesDone(const DRDCFileFailures& failures)
     m_progressRegistration.reset();
 
     DRMigrateReport changed = report();
-    const auto files = static_cast<qint64>(entriesToTransfer().size());
-    const auto failed = failures ? static_cast<qint64>(failures->size()) : 0;
-    changed.found = files;
-    changed.written = failures ? files - failed : 0;
+    const Tally found = tallyOf(entriesToTransfer());
+    changed.found = found.files;
+    changed.written = 0;
     if (failures) {
+        std::vector<DRDCFilePointer> failed;
         for (const DRDCFileFailure& failure : *failures) {
+            failed.push_back(failure.file);
             changed.skipped.push_back({.what = failure.file->displayName(), .why = failure.reason});
+        }
+        const Tally lost = tallyOf(failed);
+        changed.written = found.files - lost.files;
+        if (found.playlists > 0) {
+            changed.counts[u"playlists"_s] = found.playlists - lost.playlists;
         }
     }
     setReport(std::move(changed));
@@ -112,8 +139,7 @@ void DRMigrateMediaDataType::transferFilesDone(const DRDCFileFailures& failures)
 DRMigrateMediaDataType::FilePreparation DRMigrateMediaDataType::placementIn(const QString& folder)
 {
     return [folder](DRDCFile& file, const DRDCFilesystem& /*filesystem*/) {
-        file.setMetadata(folder + u'/' + file.displayName().replace(u'/', u'_'),
-                         QLatin1StringView(DRDCFile::kTargetPath));
+        file.setMetadata(folder + u'/' + oneName(file.displayName()), QLatin1StringView(DRDCFile::kTargetPath));
     };
 }
 

@@ -56,7 +56,7 @@ protected:
     /// What a subclass does to each file before the copy: say where it goes on the phone.
     using FilePreparation = std::function<void(DRDCFile& file, const DRDCFilesystem& filesystem)>;
 
-    /// Puts each file into this folder of the phone's storage, under its "TargetFileName".
+    /// Puts each file into this folder of the phone's storage, under its "TargetFileName" or what of it makes one name.
     [[nodiscard]] static FilePreparation placementIn(const QString& folder);
 
     /// Starts a task with this ID that copies `entriesToTransfer` to the active phone. With no files the copy ends at

@@ -35,12 +35,12 @@ QStringList namesOf(const std::vector<DRDCFilePointer>& files)
     return names;
 }
 
-/// Keeps only what is no video.
+/// Fails at every video.
 class DroppingCleaner final : public DRVideoCleaner {
 public:
-    std::vector<DRDCFilePointer> cleanEntries(const std::vector<DRDCFilePointer>& files) const override
+    Outcome cleanEntries(const std::vector<DRDCFilePointer>& files) const override
     {
-        return {files.front()};
+        return {.files = {files.front()}, .dropped = {files.begin() + 1, files.end()}};
     }
 };
 
@@ -151,22 +151,47 @@ private Q_SLOTS:
         m_test.deviceController.setActiveDevice(nullptr);
     }
 
+    void namesFromElsewhereStayInTheFolder_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("path");
+        QTest::newRow("usual") << u"IMG_0001.JPG"_s << u"TarvexTransfer/Media/IMG_0001.JPG"_s;
+        QTest::newRow("path") << u"../../a/b.jpg"_s << u"TarvexTransfer/Media/_._.._a_b.jpg"_s;
+        QTest::newRow("folder above") << u".."_s << u"TarvexTransfer/Media/_."_s;
+        QTest::newRow("hides its folder") << u".nomedia"_s << u"TarvexTransfer/Media/_nomedia"_s;
+        QTest::newRow("folder itself") << u"."_s << u"TarvexTransfer/Media/_"_s;
+        QTest::newRow("no character") << QString(QChar::Null) << u"TarvexTransfer/Media/_"_s;
+    }
+
+    void namesFromElsewhereStayInTheFolder()
+    {
+        QFETCH(QString, name);
+        const auto phone = std::make_shared<DRTestDevice>(m_test.notifications);
+        m_test.deviceController.setActiveDevice(phone);
+        const auto photos = std::make_shared<DRMigrateAndroidPhotos>(m_test.services, nullptr);
+        photos->setEntries(DREntryList{file(name, 0x10, 1)});
+        photos->setFileKindsToTransfer(0x10);
+        photos->transferFilesWithTarget([](const DRDCFileFailures&) {});
+        QTEST(phone->tasks.at(0)->files().at(0)->metadataForKey(u"TargetPath"_s).toString(), "path");
+        m_test.deviceController.setActiveDevice(nullptr);
+    }
+
     void cleaningIsForOldPhonesOnly_data()
     {
         QTest::addColumn<quint32>("android");
-        QTest::addColumn<bool>("hasCleaner");
+        QTest::addColumn<quint32>("kinds");
         QTest::addColumn<int>("files");
-        QTest::addColumn<int>("warnings");
-        QTest::newRow("2, cleaner") << quint32{2} << true << 1 << 0;
-        QTest::newRow("2, none") << quint32{2} << false << 3 << 1;
-        QTest::newRow("3, cleaner") << quint32{3} << true << 3 << 0;
-        QTest::newRow("no phone") << quint32{0} << true << 3 << 0;
+        QTest::addColumn<QStringList>("skipped");
+        QTest::newRow("2") << quint32{2} << quint32{0x38} << 1 << QStringList{u"video.mov"_s, u"clip.mp4"_s};
+        QTest::newRow("2, photos only") << quint32{2} << quint32{0x10} << 3 << QStringList{};
+        QTest::newRow("3") << quint32{3} << quint32{0x38} << 3 << QStringList{};
+        QTest::newRow("no phone") << quint32{0} << quint32{0x38} << 3 << QStringList{};
     }
 
     void cleaningIsForOldPhonesOnly()
     {
         QFETCH(quint32, android);
-        QFETCH(bool, hasCleaner);
+        QFETCH(quint32, kinds);
         DRDCDevicePointer device;
         if (android != 0) {
             auto phone = std::make_shared<DRTestDevice>(m_test.notifications);
@@ -174,12 +199,16 @@ private Q_SLOTS:
             device = phone;
         }
         m_test.deviceController.setActiveDevice(device);
-        DRMigrateAndroidPhotos photos(m_test.services, hasCleaner ? std::make_shared<DroppingCleaner>() : nullptr);
+        DRMigrateAndroidPhotos photos(m_test.services, std::make_shared<DroppingCleaner>());
         photos.setEntries(mixedFiles());
-        photos.setFileKindsToTransfer(0x38);
+        photos.setFileKindsToTransfer(kinds);
         QVERIFY(photos.save());
         QTEST(int(photos.entries()->size()), "files");
-        QTEST(int(photos.report().warnings.size()), "warnings");
+        QStringList skipped;
+        for (const DRMigrateSkippedItem& item : photos.report().skipped) {
+            skipped << item.what;
+        }
+        QTEST(skipped, "skipped");
         m_test.deviceController.setActiveDevice(nullptr);
     }
 };

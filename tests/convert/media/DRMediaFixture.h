@@ -1,0 +1,78 @@
+#pragma once
+
+#include "model/backup_entry/DRMigrateDataType.h"
+#include "platform/core/DRDigest.h"
+#include "platform/device/DRDCFile.h"
+#include "platform/sqlite/DRDatabase.h"
+#include "tests/support/DRTestServices.h"
+
+#include <QDir>
+#include <QFile>
+
+/// An iPhone backup with databases and media files.
+struct DRMediaFixture {
+    DRTestServices test;
+
+    DRMediaFixture() { QDir().mkpath(backup()); }
+
+    [[nodiscard]] QString backup() const { return QDir(test.root.path()).canonicalPath() + QStringLiteral("/backup"); }
+
+    /// Where the backup keeps a file.
+    [[nodiscard]] QString backedUp(const QString& domainPath) const
+    {
+        return backup() + u'/' + sha1HexString(domainPath);
+    }
+
+    /// Makes a database of the backup from a script; none from an empty one.
+    [[nodiscard]] bool makeDatabase(const QString& domainPath, const QString& sql) const
+    {
+        if (sql.isEmpty()) {
+            return true;
+        }
+        auto made = DRDatabase::open(backedUp(domainPath), DRDatabase::Profile::Create);
+        return made && made->executeScript(QStringLiteral("BEGIN;") + sql + QStringLiteral("COMMIT;"));
+    }
+
+    [[nodiscard]] static bool write(const QString& path, const QByteArray& bytes)
+    {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+    }
+
+    /// Puts files into the backup; each holds its own path.
+    [[nodiscard]] bool addFiles(const QStringList& domainPaths) const
+    {
+        for (const QString& domainPath : domainPaths) {
+            if (!write(backedUp(domainPath), domainPath.toUtf8())) {
+                return false;
+            }
+        }
+        return true;
+    }
+};
+
+/// A line for each file: its name on the phone, its kind and what it holds.
+inline QStringList linesOf(const DRMigrateDataType& media)
+{
+    QStringList lines;
+    const DREntries entries = media.entries();
+    for (const DRDCFilePointer* entry : recordsOf<DRDCFilePointer>(*entries)) {
+        QFile file((*entry)->sourcePath());
+        const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be read");
+        lines << QStringLiteral("%1 0x%2 = %3")
+                     .arg((*entry)->metadataForKey(QLatin1StringView(DRDCFile::kTargetFileName)).toString())
+                     .arg((*entry)->fileKind(), 2, 16, QChar(u'0'))
+                     .arg(QString::fromUtf8(content));
+    }
+    return lines;
+}
+
+/// A line for each loss that the report tells, the kind of the file last.
+inline QStringList lossesOf(const DRMigrateDataType& media)
+{
+    QStringList lines = media.report().warnings;
+    for (const DRMigrateSkippedItem& item : media.report().skipped) {
+        lines << QStringLiteral("%1: %2 (0x%3)").arg(item.what, item.why).arg(item.fileKind, 2, 16, QChar(u'0'));
+    }
+    return lines;
+}
