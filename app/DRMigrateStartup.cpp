@@ -47,9 +47,17 @@ DRMigrateStartup::DRMigrateStartup(DRMigrateStartupOptions options)
       m_registry(filledRegistry()),
       m_deviceController(m_notificationCenter),
       m_backupRestoreController(m_folders.data + u"/phone-backups"_s),
+      m_mediaAccessController(m_options.musicLibrary.isEmpty() ? DRMediaAccessController::defaultLibraryPath(m_folders)
+                                                               : m_options.musicLibrary),
       m_strings(builtInTexts()),
-      m_services{m_taskQueue, m_clock,  m_notificationCenter, m_deviceController, m_backupRestoreController,
-                 m_registry,  m_folders}
+      m_services{m_taskQueue,
+                 m_clock,
+                 m_notificationCenter,
+                 m_deviceController,
+                 m_backupRestoreController,
+                 m_mediaAccessController,
+                 m_registry,
+                 m_folders}
 {
 }
 

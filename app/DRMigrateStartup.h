@@ -16,6 +16,7 @@
 #include "platform/core/DRThreadPoolTaskQueue.h"
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/device/DRDCDeviceController.h"
+#include "platform/media_library/DRMediaAccessController.h"
 #include "platform/sequence/DRSequenceResourceManager.h"
 #include "wizard/DRMGContext.h"
 
@@ -23,7 +24,7 @@
 struct DRMigrateStartupOptions {
     QString backupsFolder; ///< where iPhone backups are looked for, instead of the user's default folder
     QString phoneFolder;   ///< the folder of a phone kept on disk
-    QString musicLibrary;  ///< the computer's music library, an XML file
+    QString musicLibrary;  ///< the computer's music library, an XML file, instead of the user's own
 
     /// From PHONE_MIGRATE_BACKUPS, PHONE_MIGRATE_PHONE and PHONE_MIGRATE_MUSIC.
     [[nodiscard]] static DRMigrateStartupOptions fromEnvironment();
@@ -74,6 +75,7 @@ private:
     DRMigrateDataTypeRegistry m_registry;
     DRDCDeviceController m_deviceController;
     DRBRBackupRestoreController m_backupRestoreController;
+    DRMediaAccessController m_mediaAccessController;
     DRLocalizedStrings m_strings;
     DRSequenceResourceManager m_resources;
     std::optional<DRLocalAnalytics> m_analytics;

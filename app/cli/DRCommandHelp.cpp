@@ -17,7 +17,7 @@ Commands:
   transfer [BACKUP]            move content onto the phone
   packet show FILE | expand FILE DIR | pack DIR FILE
                                look into one app's data
-  sample DIR                   write a sample iPhone backup and phone to try
+  sample DIR                   write a sample iPhone backup, phone and music library to try
   doctor                       check what a transfer needs
 
 Example: phone-migrate transfer --phone ~/phone --only contacts,photos --dry-run
@@ -27,7 +27,8 @@ Example: phone-migrate transfer --phone ~/phone --only contacts,photos --dry-run
 const QString kCommonOptions = uR"(Options of all commands:
   --backups DIR                where iPhone backups are ($PHONE_MIGRATE_BACKUPS)
   --phone DIR                  a phone kept in a folder ($PHONE_MIGRATE_PHONE)
-  --music FILE                 the computer's music library, XML ($PHONE_MIGRATE_MUSIC)
+  --music FILE                 the computer's music library, XML ($PHONE_MIGRATE_MUSIC), else the
+                               one in ~/Music/iTunes
   --json                       data as JSON on the standard output
   --quiet                      only errors
   --verbose                    log lines, too
@@ -82,6 +83,8 @@ Options:
   --again                      move what this phone got from this backup before, too: it will be there twice
   --keep-work                  keep the working folder
 
+Music comes from this computer's music library: the playlists that the iPhone took, with their songs.
+
 KINDS are separated by commas: contacts,messages,notes,calendar,bookmarks,photos,videos,music,voicememos.
 
 Example: phone-migrate transfer 1 --phone ~/phone --except videos --yes
@@ -101,7 +104,8 @@ Example: phone-migrate packet show phone/packets/com.vornmobile.notes/fullbackup
 
 const QString kSample = uR"(Usage: phone-migrate sample DIR [--scale N]
 
-Writes a made-up iPhone backup to DIR/backups and a made-up phone to DIR/phone, N times the usual amount.
+Writes a made-up iPhone backup to DIR/backups, a made-up phone to DIR/phone and a made-up music library of this computer
+to DIR/music, N times the usual amount.
 
 Example: phone-migrate sample ~/try
 

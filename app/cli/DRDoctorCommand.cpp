@@ -7,6 +7,8 @@
 #include "app/cli/DRTerminal.h"
 #include "app/DRMigrateStartup.h"
 #include "platform/core/DRLog.h"
+#include "platform/media_library/DRMediaAccessController.h"
+#include "platform/media_library/DRMusicLibrary.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -23,7 +25,7 @@ namespace {
 struct Check {
     QString name;
     QString found;            ///< what is there, when all is well
-    DRCommandOutcome problem; ///< Done when all is well
+    DRCommandOutcome problem; ///< Done when all is well; a next step with it is advice
 };
 
 /// The folder itself or the nearest one above it that exists.
@@ -120,6 +122,28 @@ bool isOk(const Check& check)
     return check.problem.code == DRExitCode::Done;
 }
 
+/// Only music needs it.
+Check checkMusicLibrary(const DRMigrateStartup& startup)
+{
+    const QString name = u"music library"_s;
+    const DRMediaAccessController& media = startup.services().mediaAccessController;
+    const auto library = media.iTunesLibrary();
+    if (!library) {
+        return {name,
+                u"none on this computer, so music is not moved"_s,
+                {.nextStep = u"to move music, name the library's XML file: --music FILE"_s}};
+    }
+    const QString found = u"%1 songs and %2 playlists in %3"_s.arg(library->trackCount())
+                              .arg(library->playlistCount())
+                              .arg(media.libraryPath());
+    if (!library->problem().isNull()) {
+        return {name,
+                found + u"; "_s + library->problem(),
+                {.nextStep = u"have the music program write its library anew, or name another one: --music FILE"_s}};
+    }
+    return {name, found, {}};
+}
+
 QJsonObject jsonOf(const Check& check)
 {
     return {
@@ -132,6 +156,10 @@ QJsonObject jsonOf(const Check& check)
 
 QString textOf(const Check& check)
 {
+    if (isOk(check) && !check.problem.nextStep.isEmpty()) {
+        return u"note     %1: %2\n         advice: %3\n"_s.arg(check.name, withoutControlCharacters(check.found),
+                                                               check.problem.nextStep);
+    }
     if (isOk(check)) {
         return u"ok       %1: %2\n"_s.arg(check.name, withoutControlCharacters(check.found));
     }
@@ -143,8 +171,9 @@ QString textOf(const Check& check)
 
 DRCommandOutcome DRDoctorCommand::run()
 {
-    const std::vector<Check> checks{checkBackups(startup()), checkPhone(startup()), checkWorkingFolder(startup()),
-                                    checkDiskSpace(startup()), checkDataFolder(startup())};
+    const std::vector<Check> checks{checkBackups(startup()),      checkPhone(startup()),
+                                    checkMusicLibrary(startup()), checkWorkingFolder(startup()),
+                                    checkDiskSpace(startup()),    checkDataFolder(startup())};
     QJsonArray objects;
     QString text;
     for (const Check& check : checks) {

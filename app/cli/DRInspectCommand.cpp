@@ -21,10 +21,9 @@ namespace {
 const QStringList& countNamesOf(const QString& key)
 {
     static const std::map<QString, QStringList> kNames{
-        {DRMigrateKeys::kContacts, {u"calls"_s}},
-        {DRMigrateKeys::kTextMessages, {u"messages"_s, u"attachments"_s}},
-        {DRMigrateKeys::kCalendar, {u"calendars"_s}},
-        {DRMigrateKeys::kBookmarks, {u"folders"_s}},
+        {DRMigrateKeys::kContacts, {u"calls"_s}},     {DRMigrateKeys::kTextMessages, {u"messages"_s, u"attachments"_s}},
+        {DRMigrateKeys::kCalendar, {u"calendars"_s}}, {DRMigrateKeys::kBookmarks, {u"folders"_s}},
+        {DRMigrateKeys::kMusic, {u"playlists"_s}},
     };
     static const QStringList kNone;
     const auto found = kNames.find(key);
@@ -40,6 +39,8 @@ QString reasonName(DRKindContent::State state)
         return u"notSupported"_s;
     case DRKindContent::State::NotInBackup:
         return u"notInBackup"_s;
+    case DRKindContent::State::NotAvailable:
+        return u"notAvailable"_s;
     case DRKindContent::State::Unreadable:
         return u"unreadable"_s;
     }
@@ -55,6 +56,8 @@ QString stateText(const DRKindContent& content)
         return u"not supported by this version"_s;
     case DRKindContent::State::NotInBackup:
         return u"not in the backup"_s;
+    case DRKindContent::State::NotAvailable:
+        return u"not available: "_s + content.why;
     case DRKindContent::State::Unreadable:
         return content.why.isEmpty() ? u"cannot be read"_s : u"cannot be read: "_s + content.why;
     }

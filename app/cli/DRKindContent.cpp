@@ -17,6 +17,9 @@ quint32 fileKindsOf(const QString& key)
     if (key == DRMigrateKeys::kVideos) {
         return DRMigrateFileKinds::kVideos;
     }
+    if (key == DRMigrateKeys::kMusic) {
+        return DRMigrateFileKinds::kMusic; // the playlists are counted beside it
+    }
     return std::numeric_limits<quint32>::max();
 }
 
@@ -34,6 +37,9 @@ DRKindContent::State stateOf(const DRMigrateDataType* dataType)
     if (dataType->report().isNotInBackup) {
         return DRKindContent::State::NotInBackup;
     }
+    if (!dataType->report().notAvailable.isEmpty()) {
+        return DRKindContent::State::NotAvailable;
+    }
     return dataType->isLoaded() && !dataType->hasError() ? DRKindContent::State::Loaded
                                                          : DRKindContent::State::Unreadable;
 }
@@ -50,7 +56,7 @@ DRKindContent DRKindContent::of(const QString& key, const DRMigrateIPhoneBackupE
     const DRMigrateReport report = dataType->report();
     content.counts = report.counts;
     if (content.state != State::Loaded) {
-        content.why = report.skipped.empty() ? QString() : report.skipped.front().why;
+        content.why = report.skipped.empty() ? report.notAvailable : report.skipped.front().why;
         return content;
     }
     content.count = static_cast<qint64>(dataType->entries()->size());

@@ -22,13 +22,17 @@ DRCommandOutcome DRSampleCommand::run()
                 u"name a new folder: phone-migrate sample DIR"_s};
     }
     if (line().json) {
-        terminal().data(DRJsonOutput::document(
-            {{u"version"_s, 1}, {u"backup"_s, result.backupFolder}, {u"phone"_s, result.phoneFolder}}));
+        terminal().data(DRJsonOutput::document({{u"version"_s, 1},
+                                                {u"backup"_s, result.backupFolder},
+                                                {u"phone"_s, result.phoneFolder},
+                                                {u"music"_s, result.musicLibrary}}));
         return {};
     }
-    const QString shown = withoutControlCharacters(directory);
+    const QString library = withoutControlCharacters(result.musicLibrary);
     terminal().data(
-        u"Backup: %1\nPhone: %2\nTry: phone-migrate transfer --backups '%3/backups' --phone '%3/phone' --dry-run\n"_s
-            .arg(withoutControlCharacters(result.backupFolder), withoutControlCharacters(result.phoneFolder), shown));
+        u"Backup: %1\nPhone: %2\nMusic library: %3\n"
+        "Try: phone-migrate transfer --backups '%4/backups' --phone '%4/phone' --music '%3' --dry-run\n"_s.arg(
+            withoutControlCharacters(result.backupFolder), withoutControlCharacters(result.phoneFolder), library,
+            withoutControlCharacters(directory)));
     return {};
 }

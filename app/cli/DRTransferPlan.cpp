@@ -4,6 +4,7 @@
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRSizeText.h"
 #include "app/cli/DRTextTable.h"
+#include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "model/backup_entry/DRMigrateServices.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "platform/device/DRBRBackupRestoreController.h"
@@ -39,7 +40,16 @@ Place placeOf(const QString& key, const DRDCDevicePointer& phone, const DRMigrat
     };
 }
 
-QString whyNotReadable(const DRKindContent& content)
+QString whyUnreadable(const QString& key, const QString& why)
+{
+    if (key == DRMigrateKeys::kMusic) {
+        return why; // it lies on this computer, not in the backup
+    }
+    const QString text = u"it is in the backup, but cannot be read"_s;
+    return why.isEmpty() ? text : text + u": "_s + why;
+}
+
+QString whyNotReadable(const QString& key, const DRKindContent& content)
 {
     switch (content.state) {
     case DRKindContent::State::Loaded:
@@ -48,11 +58,20 @@ QString whyNotReadable(const DRKindContent& content)
         return u"not supported by this version"_s;
     case DRKindContent::State::NotInBackup:
         return u"not in the backup"_s;
+    case DRKindContent::State::NotAvailable:
+        return u"not available: "_s + content.why;
     case DRKindContent::State::Unreadable:
-        return content.why.isEmpty() ? u"it is in the backup, but cannot be read"_s
-                                     : u"it is in the backup, but cannot be read: "_s + content.why;
+        return whyUnreadable(key, content.why);
     }
     return {};
+}
+
+/// Whether a kind that is not loaded leaves nothing behind that was asked for.
+bool isNoLoss(const DRKindContent& content, const DRTransferPlan::Request& request)
+{
+    const bool isBeyondUs =
+        content.state == DRKindContent::State::NotSupported || content.state == DRKindContent::State::NotAvailable;
+    return content.state == DRKindContent::State::NotInBackup || (isBeyondUs && !request.isByName);
 }
 
 QString notesText(const QStringList& notes)
@@ -72,10 +91,8 @@ DRTransferPlan DRTransferPlan::make(const Request& request,
     for (const QString& key : request.keys) {
         const DRKindContent content = DRKindContent::of(key, backup);
         if (content.state != DRKindContent::State::Loaded) {
-            const bool isNoLoss = content.state == DRKindContent::State::NotInBackup ||
-                                  (content.state == DRKindContent::State::NotSupported && !request.isByName);
-            plan.unmoved.push_back(
-                {key, isNoLoss ? Unmoved::Weight::Note : Unmoved::Weight::Skipped, whyNotReadable(content)});
+            const auto weight = isNoLoss(content, request) ? Unmoved::Weight::Note : Unmoved::Weight::Skipped;
+            plan.unmoved.push_back({key, weight, whyNotReadable(key, content)});
             continue;
         }
         const Place place = placeOf(key, phone, services);

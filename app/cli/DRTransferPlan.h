@@ -11,7 +11,8 @@
 /// What a transfer of a loaded backup to a phone would do: which kinds move and where to, which do not and why. Making
 /// it touches neither phone nor disk.
 struct DRTransferPlan {
-    /// Which kinds were asked for, and whether by name: a kind that this program cannot read is told only then.
+    /// Which kinds were asked for, and whether by name: a kind that this program cannot read, or that
+    /// cannot be had on this computer, counts as skipped only then.
     struct Request {
         QStringList keys;
         bool isByName = false;

@@ -3,6 +3,7 @@
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRTextTable.h"
+#include "model/media/DRMigrateMediaDataType.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "platform/core/DRLog.h"
 #include "platform/device/DRBRBackupRestoreController.h"
@@ -32,6 +33,14 @@ void addSkipped(Kind& kind, const DRMigrateSkippedItem& item)
     }
 }
 
+/// One data type carries photos and videos, of which only one kind may have been chosen.
+bool isWanted(const DRMigrateSkippedItem& item, const DRMigrateDataType& phoneSide)
+{
+    const auto* media = dynamic_cast<const DRMigrateMediaDataType*>(&phoneSide);
+    return media == nullptr || item.fileKind == 0 || media->fileKindsToTransfer() == 0 ||
+           (item.fileKind & media->fileKindsToTransfer()) != 0;
+}
+
 Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneSide)
 {
     const DRMigrateReport report = phoneSide.report();
@@ -51,7 +60,11 @@ Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneS
         const bool isWritten = isOnPhone && written != report.counts.end();
         kind.furtherCounts[name] = {.found = found, .written = isWritten ? written->second : 0};
     }
-    std::ranges::for_each(source.skipped, [&kind](const auto& item) { addSkipped(kind, item); });
+    for (const DRMigrateSkippedItem& item : source.skipped) {
+        if (isWanted(item, phoneSide)) {
+            addSkipped(kind, item);
+        }
+    }
     kind.warnings = source.warnings + kind.warnings;
     kind.warnings.removeDuplicates();
     return kind;

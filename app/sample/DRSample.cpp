@@ -5,6 +5,7 @@
 #include "app/sample/DRSampleContacts.h"
 #include "app/sample/DRSampleIPhoneBackup.h"
 #include "app/sample/DRSampleMessages.h"
+#include "app/sample/DRSampleMusic.h"
 #include "app/sample/DRSampleNotes.h"
 #include "app/sample/DRSamplePhone.h"
 #include "app/sample/DRSamplePhoneBrowser.h"
@@ -12,12 +13,16 @@
 #include "app/sample/DRSamplePhoneChrome.h"
 #include "app/sample/DRSamplePhoneContacts.h"
 #include "app/sample/DRSamplePhoneTelephony.h"
+#include "app/sample/DRSamplePhotos.h"
+#include "app/sample/DRSampleVoiceMemos.h"
 #include "platform/core/DRClock.h"
 
 #include <QDir>
 #include <QTemporaryDir>
 
+#include <algorithm>
 #include <array>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -26,6 +31,8 @@ namespace {
 struct Draft {
     DRSampleIPhoneBackup backup;
     DRSamplePhone phone;
+    QString music;
+    QString finalMusic; ///< where the music goes at the end
     DRSampleSettings settings;
 };
 
@@ -40,6 +47,8 @@ constexpr std::array kParts{
     Part{"iPhone messages", [](Draft& draft) { return addIPhoneMessages(draft.backup, draft.settings); }},
     Part{"iPhone calendar", [](Draft& draft) { return addIPhoneCalendar(draft.backup, draft.settings); }},
     Part{"iPhone bookmarks", [](Draft& draft) { return addIPhoneBookmarks(draft.backup, draft.settings); }},
+    Part{"iPhone photos", [](Draft& draft) { return addIPhonePhotos(draft.backup, draft.settings); }},
+    Part{"iPhone voice memos", [](Draft& draft) { return addIPhoneVoiceMemos(draft.backup, draft.settings); }},
     Part{"iPhone backup", [](Draft& draft) { return draft.backup.finish(); }},
     Part{"phone notes", [](Draft& draft) { return addPhoneNotes(draft.phone, draft.settings); }},
     Part{"phone messages", [](Draft& draft) { return addPhoneTelephony(draft.phone, draft.settings); }},
@@ -53,6 +62,7 @@ constexpr std::array kParts{
                     draft.phone.addStorageFile(u"Music/readme.txt"_s, "Music copied to this phone goes here.\n");
          }},
     Part{"phone", [](Draft& draft) { return draft.phone.finish(); }},
+    Part{"music library", [](Draft& draft) { return writeSampleMusic(draft.music, draft.finalMusic, draft.settings); }},
 };
 
 DRSampleResult refusal(const QString& message)
@@ -79,13 +89,21 @@ QString writeParts(Draft& draft, const DRSampleProgress& progress)
 
 /// What `writeSample` makes, in the directory of its name or as a draft.
 struct Folders {
-    explicit Folders(const QString& directory) : backups(directory + u"/backups"_s), phone(directory + u"/phone"_s) {}
+    explicit Folders(const QString& directory)
+        : backups(directory + u"/backups"_s), phone(directory + u"/phone"_s), music(directory + u"/music"_s)
+    {
+    }
 
     QString backups;
     QString phone;
+    QString music;
 
     [[nodiscard]] QString backup() const { return backups + u'/' + DRSampleIPhoneBackup::backupId(); }
-    [[nodiscard]] bool make() const { return QDir().mkpath(backup()) && QDir().mkpath(phone + u"/packets"_s); }
+    [[nodiscard]] bool make() const
+    {
+        return QDir().mkpath(backup()) && QDir().mkpath(phone + u"/packets"_s) && QDir().mkpath(music);
+    }
+    [[nodiscard]] QString musicLibrary() const { return music + u'/' + sampleMusicLibraryName(); }
 };
 
 bool isMissingOrEmpty(const QString& folder)
@@ -101,7 +119,7 @@ QString reasonAgainst(const Folders& folders, int scale)
     if (scale < 1) {
         return u"The scale of a sample must be at least 1."_s;
     }
-    for (const QString& folder : {folders.backups, folders.phone}) {
+    for (const QString& folder : {folders.backups, folders.phone, folders.music}) {
         if (!isMissingOrEmpty(folder)) {
             return u"%1 exists already and is not empty."_s.arg(folder);
         }
@@ -119,14 +137,13 @@ struct Move {
     }
 };
 
-bool moveBothOrNone(const Move& first, const Move& second)
+bool moveAllOrNone(const std::vector<Move>& moves)
 {
-    if (!first.run()) {
-        return false;
-    }
-    if (!second.run()) {
-        QDir().rename(first.target, first.folder);
-        return false;
+    for (auto move = moves.begin(); move != moves.end(); ++move) {
+        if (!move->run()) {
+            std::for_each(moves.begin(), move, [](const Move& done) { QDir().rename(done.target, done.folder); });
+            return false;
+        }
     }
     return true;
 }
@@ -135,7 +152,7 @@ bool moveBothOrNone(const Move& first, const Move& second)
 
 DRSampleResult writeSample(const QString& directory, int scale, const DRClock& clock, const DRSampleProgress& progress)
 {
-    const Folders target(directory);
+    const Folders target(QFileInfo(directory).absoluteFilePath());
     if (const QString reason = reasonAgainst(target, scale); !reason.isNull()) {
         return refusal(reason);
     }
@@ -150,12 +167,18 @@ DRSampleResult writeSample(const QString& directory, int scale, const DRClock& c
     const DRSampleSettings settings{.moment = now.addMSecs(-now.time().msec()), .scale = scale};
     Draft draft{.backup = {made.backup(), settings},
                 .phone = {made.phone, draftFolder.filePath(u"work"_s), settings},
+                .music = made.music,
+                .finalMusic = target.music,
                 .settings = settings};
     if (const QString failed = writeParts(draft, progress); !failed.isNull()) {
         return refusal(u"The sample's part \"%1\" cannot be written to %2."_s.arg(failed, directory));
     }
-    if (!moveBothOrNone({made.backups, target.backups}, {made.phone, target.phone})) {
+    if (!moveAllOrNone({{made.backups, target.backups}, {made.phone, target.phone}, {made.music, target.music}})) {
         return refusal(u"The sample cannot be moved into its place in %1."_s.arg(directory));
     }
-    return {.isWritten = true, .message = {}, .backupFolder = target.backup(), .phoneFolder = target.phone};
+    return {.isWritten = true,
+            .message = {},
+            .backupFolder = target.backup(),
+            .phoneFolder = target.phone,
+            .musicLibrary = target.musicLibrary()};
 }

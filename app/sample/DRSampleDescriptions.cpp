@@ -1,5 +1,6 @@
 #include "app/sample/DRSampleDescriptions.h"
 
+#include "app/sample/DRSampleMusicTexts.h"
 #include "platform/core/DRDigest.h"
 #include "platform/core/DRPropertyList.h"
 
@@ -18,6 +19,18 @@ const QString kSerialNumber = QStringLiteral("C0FFEE1SAMPL");
 QString guidFrom(const QString& text)
 {
     return sha1HexString(text).left(32).toUpper();
+}
+
+/// What the iPhone keeps for the music program: which playlists it took.
+QByteArray musicPreferences()
+{
+    QVariantList ids;
+    for (const DRSamplePlaylist& playlist : samplePlaylists()) {
+        if (playlist.kind == DRSamplePlaylist::Kind::Taken) {
+            ids += playlist.persistentId;
+        }
+    }
+    return DRPropertyList::binaryFromDictionary({{u"MusicPlaylistIDs"_s, ids}});
 }
 
 } // namespace
@@ -42,7 +55,7 @@ QByteArray sampleInfoPropertyList(const DRSampleSettings& settings, const QStrin
         {u"Target Identifier"_s, targetIdentifier},
         {u"Target Type"_s, u"Device"_s},
         {u"Unique Identifier"_s, targetIdentifier.toUpper()},
-        {u"iTunes Files"_s, QVariantMap()},
+        {u"iTunes Files"_s, QVariantMap{{u"iTunesPrefs.plist"_s, musicPreferences()}}},
         {u"iTunes Settings"_s, QVariantMap()},
         {u"iTunes Version"_s, u"11.3.0.54"_s},
     });

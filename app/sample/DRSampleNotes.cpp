@@ -1,12 +1,12 @@
 #include "app/sample/DRSampleNotes.h"
 
+#include "app/sample/DRSampleCoreData.h"
 #include "app/sample/DRSampleGuid.h"
 #include "app/sample/DRSampleIPhoneBackup.h"
 #include "app/sample/DRSampleNoteTexts.h"
 #include "app/sample/DRSamplePhone.h"
 #include "convert/notes/DRNotesTemplate.h"
 #include "platform/core/DRDates.h"
-#include "platform/core/DRPropertyList.h"
 #include "platform/sqlite/DRDatabase.h"
 
 #include <algorithm>
@@ -23,14 +23,11 @@ constexpr int kDaysOfNotes = 390;
 constexpr int kSecondsPerDay = 86'400;
 constexpr qint64 kNoServerId = -4294967296; // what the iPhone writes for a note that no server knows
 
-/// A Core Data entity: its number in the Z_ENT columns.
-struct Entity {
-    qint64 number;
-    const char* name;
-};
-constexpr std::array kEntities{Entity{1, "Account"}, Entity{2, "Note"}, Entity{3, "NoteBody"}, Entity{4, "Store"}};
-constexpr qint64 kNoteEntity = kEntities[1].number;
-constexpr qint64 kBodyEntity = kEntities[2].number;
+// Numbers of Core Data's entities, in the columns Z_ENT.
+constexpr qint64 kAccountEntity = 1;
+constexpr qint64 kNoteEntity = 2;
+constexpr qint64 kBodyEntity = 3;
+constexpr qint64 kStoreEntity = 4;
 
 struct NoteDates {
     DRSqlValue created;
@@ -88,24 +85,12 @@ bool insertNotes(DRDatabase& database, const std::vector<DRSampleNote>& notes, c
     return true;
 }
 
-/// The two tables in which Core Data notes what it made.
-bool insertCoreDataTables(DRDatabase& database, qint64 noteCount)
+std::vector<DRSampleEntity> entities(qint64 noteCount)
 {
-    for (const Entity& entity : kEntities) {
-        const bool isCounted = entity.number == kNoteEntity || entity.number == kBodyEntity;
-        if (!database.executeUpdate(
-                u"INSERT INTO Z_PRIMARYKEY VALUES (?, ?, 0, ?)"_s,
-                {entity.number, QString::fromLatin1(entity.name), isCounted ? noteCount : qint64{1}})) {
-            return false;
-        }
-    }
-    const QByteArray metadata = DRPropertyList::binaryFromDictionary({
-        {u"NSPersistenceFrameworkVersion"_s, qint64{479}},
-        {u"NSStoreModelVersionHashes"_s, QVariantMap()},
-        {u"NSStoreType"_s, u"SQLite"_s},
-        {u"_NSAutoVacuumLevel"_s, u"2"_s},
-    });
-    return database.executeUpdate(u"INSERT INTO Z_METADATA VALUES (1, ?, ?)"_s, {noteGuid(0), metadata});
+    return {{kAccountEntity, u"Account"_s, 1},
+            {kNoteEntity, u"Note"_s, noteCount},
+            {kBodyEntity, u"NoteBody"_s, noteCount},
+            {kStoreEntity, u"Store"_s, 1}};
 }
 
 struct PhoneNote {
@@ -139,7 +124,7 @@ bool addIPhoneNotes(DRSampleIPhoneBackup& backup, const DRSampleSettings& settin
     const auto notes = composeNotes(random, kNotesPerScale * settings.scale);
     const auto rows = [&notes, &settings](DRDatabase& database) {
         return insertNotes(database, notes, settings) &&
-               insertCoreDataTables(database, static_cast<qint64>(notes.size()));
+               insertSampleCoreData(database, u"note 0"_s, entities(static_cast<qint64>(notes.size())));
     };
     return backup.addDatabase({.domain = u"HomeDomain"_s, .path = u"Library/Notes/notes.sqlite"_s}, {u"iphone_notes"_s},
                               rows);

@@ -9,6 +9,7 @@
 #include "platform/core/DRNotificationCenter.h"
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/device/DRDCDeviceController.h"
+#include "platform/media_library/DRMediaAccessController.h"
 #include "platform/sequence/DRSequenceResourceManager.h"
 #include "tests/support/DRTestAnalytics.h"
 #include "tests/support/DRTestClock.h"
@@ -151,6 +152,7 @@ public:
     DRNotificationCenter center;
     DRDCDeviceController devices{center};
     DRBRBackupRestoreController backupRestore{folder.filePath(QStringLiteral("phone-backups"))};
+    DRMediaAccessController mediaAccess{QString()};
     DRMigrateDataTypeRegistry registry;
     DataTypeScript script;
     DRMigrateServices services{.taskQueue = queue,
@@ -158,6 +160,7 @@ public:
                                .notificationCenter = center,
                                .deviceController = devices,
                                .backupRestoreController = backupRestore,
+                               .mediaAccessController = mediaAccess,
                                .registry = registry,
                                .folders = {.applicationSupport = {},
                                            .data = {},

@@ -34,6 +34,12 @@ private Q_SLOTS:
     }
 
 protected:
+    /// A path in the sample that every test gets a copy of; not to be changed.
+    [[nodiscard]] QString samplePath(const QString& relative) const
+    {
+        return m_sample->path(QStringLiteral("made/") + relative);
+    }
+
     [[nodiscard]] DRProgramSandbox::Ended run(const QStringList& arguments) const
     {
         return m_sandbox->run(m_sandbox->withPlaces(arguments));

@@ -1,3 +1,5 @@
+#include "platform/core/DRDigest.h"
+#include "platform/sqlite/DRDatabase.h"
 #include "tests/app/cli/DRHeldProgram.h"
 #include "tests/app/cli/DRProgramTest.h"
 
@@ -18,6 +20,15 @@ const QString kNotesPacket = u"com.vornmobile.notes"_s;
 /// Transfers with the real program: what they tell, refuse, leave behind, and survive.
 class TestProgramTransfer : public DRProgramTest {
     Q_OBJECT
+
+private:
+    /// The notes of the iPhone in its backup.
+    [[nodiscard]] QString storedNotes() const
+    {
+        const QDir backups(m_sandbox->path(u"backups"_s));
+        return backups.filePath(backups.entryList(QDir::Dirs | QDir::NoDotAndDotDot).front()) + u'/' +
+               sha1HexString(u"HomeDomain-Library/Notes/notes.sqlite"_s);
+    }
 
 private Q_SLOTS:
     void transferTellsAndIsRemembered();
@@ -130,20 +141,25 @@ void TestProgramTransfer::failureNamesItsReason()
 
 void TestProgramTransfer::restoreThatDoesNotFitLeavesThePhone()
 {
-    QCOMPARE(m_sandbox->run({u"sample"_s, u"large"_s, u"--scale"_s, u"100"_s}).code, 0);
+    {
+        auto notes = DRDatabase::open(storedNotes(), DRDatabase::Profile::Create);
+        // Two megabytes that do not become smaller than one.
+        QVERIFY(notes &&
+                notes->executeUpdate(u"UPDATE ZNOTEBODY SET ZCONTENT=hex(randomblob(1200000)) WHERE Z_PK=1"_s));
+    }
+    m_source = m_sandbox->snapshot(u"backups"_s);
     constexpr int kRoomForTheCheckButNotForThePacket = 1200 * 1024;
-    m_sandbox->write(u"large/phone/phone.json"_s, QByteArray("{\"memoryUsableCapacity\": ") +
-                                                      QByteArray::number(kRoomForTheCheckButNotForThePacket) + '}');
-    const auto phone = m_sandbox->snapshot(u"large/phone"_s);
-    const auto ended = m_sandbox->run({u"transfer"_s, u"--yes"_s, u"--json"_s, u"--only"_s, u"notes"_s, u"--backups"_s,
-                                       u"large/backups"_s, u"--phone"_s, u"large/phone"_s});
+    m_sandbox->write(u"phone/phone.json"_s, QByteArray("{\"memoryUsableCapacity\": ") +
+                                                QByteArray::number(kRoomForTheCheckButNotForThePacket) + '}');
+    const auto phone = m_sandbox->snapshot(u"phone"_s);
+    const auto ended = run({u"transfer"_s, u"--yes"_s, u"--json"_s, u"--only"_s, u"notes"_s});
     QCOMPARE(ended.code, 17);
     const QJsonObject last = ended.lines().last();
     QCOMPARE(last[u"errorCode"].toInt(), 19);
     QCOMPARE(last[u"errorState"].toInt(), 2);
     QCOMPARE(last[u"kinds"][kNotesPacket][u"written"].toInt(), 0);
     QVERIFY(last[u"message"].toString().contains(u"not enough space on the phone"_s));
-    QCOMPARE(m_sandbox->snapshot(u"large/phone"_s), phone);
+    QCOMPARE(m_sandbox->snapshot(u"phone"_s), phone);
 }
 
 void TestProgramTransfer::dryRunLeavesNoTrace()

@@ -112,11 +112,11 @@ class TestSample : public QObject {
     {
         return m_folder.filePath(u"expanded/"_s + packetId + u"/apps/"_s + packetId);
     }
-    [[nodiscard]] QString notesDatabase() const
+    [[nodiscard]] QString backedUp(const QByteArray& name) const
     {
-        return m_sample.backupFolder + u'/' +
-               QString::fromLatin1(sha1("HomeDomain-Library/Notes/notes.sqlite").toHex());
+        return m_sample.backupFolder + u'/' + QString::fromLatin1(sha1(name).toHex());
     }
+    [[nodiscard]] QString notesDatabase() const { return backedUp("HomeDomain-Library/Notes/notes.sqlite"); }
 
 private Q_SLOTS:
     void initTestCase()
@@ -179,6 +179,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("journal"); // 2: write-ahead log
         const auto phone = [this](const QString& id, const QString& name) { return expanded(id) + u"/db/"_s + name; };
         QTest::newRow("iPhone notes") << notesDatabase() << u"0"_s << 2;
+        QTest::newRow("iPhone photos") << backedUp("CameraRollDomain-Media/PhotoData/Photos.sqlite") << u"0"_s << 2;
+        QTest::newRow("iPhone voice memos") << backedUp("MediaDomain-Media/Recordings/Recordings.db") << u"0"_s << 2;
         QTest::newRow("notes") << phone(u"com.vornmobile.notes"_s, u"note.db"_s) << u"1"_s << 1;
         QTest::newRow("telephony") << phone(u"com.android.providers.telephony"_s, u"mmssms.db"_s) << u"57"_s << 1;
         QTest::newRow("calendar") << phone(u"com.android.providers.calendar"_s, u"calendar.db"_s) << u"403"_s << 1;
@@ -335,7 +337,10 @@ private Q_SLOTS:
     {
         const auto again = writeSample(m_folder.filePath(u"again"_s), 1, m_clock);
         QVERIFY2(again.isWritten, qPrintable(again.message));
-        const auto expected = filesBelow(m_folder.filePath(u"sample"_s));
+        auto expected = filesBelow(m_folder.filePath(u"sample"_s));
+        // The music library alone tells where it is.
+        expected[u"music/iTunes Music Library.xml"_s].replace(m_folder.filePath(u"sample"_s).toUtf8(),
+                                                              m_folder.filePath(u"again"_s).toUtf8());
         const auto actual = filesBelow(m_folder.filePath(u"again"_s));
         QCOMPARE(actual.keys(), expected.keys());
         for (const QString& name : expected.keys()) {
@@ -350,6 +355,7 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isWritten");
         QTest::newRow("an empty folder will do") << u"phone"_s << 1 << true;
         QTest::newRow("something in backups") << u"backups/x"_s << 1 << false;
+        QTest::newRow("something in music") << u"music/x"_s << 1 << false;
         QTest::newRow("something in phone") << u"phone/.hidden"_s << 1 << false;
         QTest::newRow("no content at all") << u"phone"_s << 0 << false;
     }
@@ -365,8 +371,8 @@ private Q_SLOTS:
         QCOMPARE(result.isWritten, isWritten);
         QCOMPARE(result.message.isEmpty(), isWritten);
         const auto names = QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-        QCOMPARE(names,
-                 isWritten ? QStringList({u"backups"_s, u"phone"_s}) : QStringList(existing.section(u'/', 0, 0)));
+        QCOMPARE(names, isWritten ? QStringList({u"backups"_s, u"music"_s, u"phone"_s})
+                                  : QStringList(existing.section(u'/', 0, 0)));
     }
 };
 
