@@ -20,9 +20,20 @@ namespace {
 using Count = DRTransferSummary::Count;
 using Kind = DRTransferSummary::Kind;
 
-bool isDelivered(qint64 flags)
+bool isRestored(qint64 flags)
 {
     return (flags & DRMigrateDataType::kDRMigrateDataTypeFlagRestored) != 0;
+}
+
+/// The flag of media says only that their copy has ended, be it without a single file.
+bool isDelivered(qint64 flags, const Count& records)
+{
+    return isRestored(flags) && (records.found == 0 || records.written > 0);
+}
+
+bool isDelivered(const Kind& kind)
+{
+    return isDelivered(kind.flags, kind.records);
 }
 
 void addSkipped(Kind& kind, const DRMigrateSkippedItem& item)
@@ -44,7 +55,7 @@ bool isWanted(const DRMigrateSkippedItem& item, const DRMigrateDataType& phoneSi
 Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneSide)
 {
     const DRMigrateReport report = phoneSide.report();
-    const bool isOnPhone = isDelivered(phoneSide.flags());
+    const bool isOnPhone = isRestored(phoneSide.flags());
     Kind kind{.flags = phoneSide.flags(),
               .records = {.found = report.found, .written = isOnPhone ? report.written : 0},
               .furtherCounts = {},
@@ -55,6 +66,9 @@ Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneS
         return kind;
     }
     const DRMigrateReport source = iPhoneSide->report();
+    if (kind.records.found == 0) { // the run ended before it came to this kind
+        kind.records.found = source.found;
+    }
     for (const auto& [name, found] : source.counts) {
         const auto written = report.counts.find(name);
         const bool isWritten = isOnPhone && written != report.counts.end();
@@ -93,18 +107,27 @@ void addUnmoved(DRTransferSummary& summary, const DRTransferPlan& plan)
     }
 }
 
+/// "notes (com.vornmobile.notes)" for a packet, "photos" for a kind.
+QString titleOf(const QString& key)
+{
+    const QString kind = DRBRBackupRestoreController::dataTypeOfPacket(key);
+    return kind.isEmpty() ? DRKinds::nameOfKey(key) : u"%1 (%2)"_s.arg(DRKinds::nameOfKey(kind), key);
+}
+
 void addSkippedPackets(DRTransferSummary& summary, const DRTransferRun::Result& result)
 {
     for (const DRDCPacketProblem& packet : result.skippedPackets) {
         addSkipped(summary.kinds[packet.packetID], {packet.packetID, packet.reason});
     }
-    if (!result.phoneEntry || result.errorState != 0) {
+    if (!result.phoneEntry) {
         return;
     }
+    const QString why = result.errorState == 0 ? u"it was not written to the phone"_s
+                                               : u"the transfer ended before it was written to the phone"_s;
     for (const QString& key : result.phoneEntry->dataTypeKeys()) {
         Kind& kind = summary.kinds[key];
-        if (!isDelivered(kind.flags) && kind.skipped.empty()) {
-            addSkipped(kind, {key, u"it was not written to the phone"_s});
+        if (!isRestored(kind.flags) && kind.skipped.empty()) {
+            addSkipped(kind, {titleOf(key), why});
         }
     }
 }
@@ -112,7 +135,11 @@ void addSkippedPackets(DRTransferSummary& summary, const DRTransferRun::Result& 
 DRCommandOutcome failure(const DRTransferSummary& summary, const DRTransferRun::Result& result)
 {
     static constexpr int kPhonePartlyChanged = 2;
-    QString details = withoutControlCharacters(result.errorDetails.join(u"; "));
+    static constexpr qsizetype kMostNamed = 10;
+    QString details = withoutControlCharacters(result.errorDetails.mid(0, kMostNamed).join(u"; "));
+    if (result.errorDetails.size() > kMostNamed) {
+        details += u"; and %1 more"_s.arg(result.errorDetails.size() - kMostNamed);
+    }
     if (details.isEmpty() && result.errorCode == DRMGSequenceStepTransfer::kErrorPhoneGone) {
         details = u"the phone is no longer connected"_s;
     }
@@ -124,10 +151,16 @@ DRCommandOutcome failure(const DRTransferSummary& summary, const DRTransferRun::
                     ? u"connect the phone again, then type the same again"_s
                     : u"do what helps against that, or leave the kind out with --except; --verbose tells more"_s};
     }
-    if (std::ranges::none_of(summary.kinds, [](const auto& entry) { return isDelivered(entry.second.flags); })) {
+    if (std::ranges::none_of(summary.kinds, [](const auto& entry) { return isDelivered(entry.second); })) {
         return {DRExitCode::FailedPhoneChanged,
                 u"The transfer failed while the phone was written; none of its apps was changed"_s + why,
                 u"do what helps against that, then type the same again"_s};
+    }
+    if (result.phoneBackupName.isEmpty()) { // only files were copied
+        return {DRExitCode::FailedPhoneChanged,
+                u"The transfer failed while files were copied, of which the phone holds a part now"_s + why,
+                u"do what helps against that, then type the same with --again; what is on the phone already is not "
+                u"doubled"_s};
     }
     return {DRExitCode::FailedPhoneChanged,
             u"The transfer failed while the phone was written, which holds a part now"_s + why,
@@ -173,16 +206,9 @@ QJsonObject jsonOf(const Kind& kind)
     return object;
 }
 
-/// "notes (com.vornmobile.notes)" for a packet, "photos" for a kind.
-QString titleOf(const QString& key)
-{
-    const QString kind = DRBRBackupRestoreController::dataTypeOfPacket(key);
-    return kind.isEmpty() ? DRKinds::nameOfKey(key) : u"%1 (%2)"_s.arg(DRKinds::nameOfKey(kind), key);
-}
-
 QString stateText(const Kind& kind)
 {
-    return isDelivered(kind.flags) ? u"moved"_s : u"not moved"_s;
+    return isDelivered(kind) ? u"moved"_s : u"not moved"_s;
 }
 
 } // namespace
@@ -217,7 +243,8 @@ QStringList DRTransferSummary::deliveredKeys(const DRTransferPlan& plan, const D
     QStringList delivered;
     for (const QString& key : phoneEntry.dataTypeKeys()) {
         const auto dataType = phoneEntry.dataTypeForKey(key);
-        if (isDelivered(dataType->flags())) {
+        const DRMigrateReport report = dataType->report();
+        if (isDelivered(dataType->flags(), {.found = report.found, .written = report.written})) {
             delivered << dataType->sourceKey();
         }
     }

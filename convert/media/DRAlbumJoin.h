@@ -22,6 +22,9 @@ public:
     /// a usable join table. All albums together take a time that grows with the rows, whether or not there is an index.
     [[nodiscard]] QList<qint64> assetIdsOfAlbum(qint64 albumKey);
 
+    /// Whether the library has such a table and can be asked.
+    [[nodiscard]] bool exists() const { return !m_table.isNull(); }
+
     /// Whether every row could be read so far. A library without a join table is complete.
     [[nodiscard]] bool isComplete() const { return m_isComplete; }
 

@@ -54,7 +54,7 @@ private:
 void Reading::add(const DRPhotoLibrary& library)
 {
     ++(library.isComplete ? m_soundCount : m_damagedCount);
-    if (library.cameraRoll) {
+    if (library.cameraRoll && library.tellsMembers) {
         addCameraRoll(*library.cameraRoll, library);
     } else {
         m_withoutCameraRoll += library.assetCount();
@@ -77,7 +77,9 @@ void Reading::addCameraRoll(const DRImportedAlbum& cameraRoll, const DRPhotoLibr
         }
         placed.insert(key);
     }
-    m_outsideCameraRoll += library.assetCount() - placed.size();
+    if (library.isComplete) { // else nobody knows what was in it
+        m_outsideCameraRoll += library.assetCount() - placed.size();
+    }
 }
 
 void Reading::addFile(const DRImportedAsset& asset)
@@ -102,7 +104,7 @@ DRMigrateReport Reading::report() const
     }
     if (m_withoutCameraRoll > 0) {
         report.skipped.push_back({.what = u"Photos and videos: %1"_s.arg(m_withoutCameraRoll),
-                                  .why = u"the photo library has no camera roll"_s});
+                                  .why = u"the photo library does not tell what is in its camera roll"_s});
     }
     m_losses.tell(report);
     if (m_outsideCameraRoll > 0) {

@@ -23,7 +23,7 @@ QString domainPathOf(QString storedPath)
 
 QString lastComponent(const QString& path)
 {
-    return path.mid(path.lastIndexOf(u'/') + 1);
+    return path.section(u'/', -1, -1, QString::SectionSkipEmpty);
 }
 
 /// The library's number, an unsigned one, as hexadecimal digits without leading zeros.

@@ -42,6 +42,7 @@ QString titleOfAlbum(const QString& stored, qint64 key, qint64 kind)
 void readAlbums(DRPhotoLibrary& library, DRDatabase& database, const DRPhotoLayout& layout)
 {
     DRAlbumJoin join = layout.join(database);
+    library.tellsMembers = join.exists();
     DRResultSet row = database.executeQuery(u"SELECT * FROM "_s + layout.albumTable);
     while (row.next()) {
         const qint64 key = row.integer(layout.albumKey);

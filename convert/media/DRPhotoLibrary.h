@@ -17,7 +17,8 @@ struct DRPhotoLibrary {
     QHash<qint64, QString> missingAssets;  ///< the file names of the others, by their key
     std::vector<DRImportedAlbum> albums;   ///< those with assets, in the order of their rows
     std::optional<DRImportedAlbum> cameraRoll;
-    bool isComplete = true; ///< whether all rows could be read
+    bool tellsMembers = true; ///< whether it says which assets its albums hold
+    bool isComplete = true;   ///< whether all rows could be read
 
     [[nodiscard]] qsizetype assetCount() const { return assets.size() + missingAssets.size(); }
 

@@ -43,11 +43,12 @@ bool copyTimeOfChange(const DRFileDescriptor& source, const DRFileDescriptor& ta
 
 DRStepOutcome write(const DRFileDescriptor& source, const DRWholeFile& target, const DRByteProgress& progress)
 {
+    const quint64 size = DRNoFollow::sizeOf(source);
     const auto copied = DRFileContent::copy(source, target.file(), progress);
     if (!copied) {
         return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
     }
-    if (*copied != DRNoFollow::sizeOf(source)) {
+    if (*copied != size || size != DRNoFollow::sizeOf(source)) {
         return DRStepOutcome::failed(u"it changed while it was copied"_s);
     }
     if (!copyTimeOfChange(source, target.file())) {

@@ -86,16 +86,24 @@ private Q_SLOTS:
         QVERIFY(kind != u"photos" || contentOnPhone(u"Media/IMG_0001 (2).JPG"_s) == "two");
     }
 
-    void memoArrives()
+    /// Where nothing could be written nothing counts as moved, and the next run is no repeat.
+    void failedCopyIsNoTransfer()
     {
-        m_sandbox->write(backedUp(u"MediaDomain-Media/Recordings/memo.m4a"_s), "sound");
-        QVERIFY(makeDatabase(u"MediaDomain-Media/Recordings/Recordings.db"_s,
-                             u"CREATE TABLE ZRECORDING(ZITUNESPERSISTENTID INTEGER, ZPATH);"
-                             "INSERT INTO ZRECORDING VALUES (1, '/var/mobile/Media/Recordings/memo.m4a');"_s));
+        const QString folder = u"phone/storage/TarvexTransfer"_s;
+        QDir(m_sandbox->path(u"phone/storage"_s)).removeRecursively();
+        m_sandbox->write(folder, "in the way");
+        QVERIFY(makeLibrary());
         m_source = m_sandbox->snapshot(u"backups"_s);
-        const auto ended = run({u"transfer"_s, u"--yes"_s, u"--only"_s, u"voicememos"_s});
-        QVERIFY2(ended.code == 0, ended.err.constData());
-        QCOMPARE(contentOnPhone(u"Recordings/memo.m4a"_s), "sound");
+        const QStringList arguments{u"transfer"_s, u"--yes"_s, u"--json"_s, u"--only"_s, u"photos,voicememos"_s};
+        const auto failed = run(arguments);
+        QCOMPARE(failed.code, 17);
+        const QJsonValue kinds = failed.lines().last()[u"kinds"];
+        QCOMPARE(kinds[u"images"][u"written"].toInt(), 0);
+        QCOMPARE(kinds[u"voicememos"][u"found"].toInt(), 8);
+        QCOMPARE(kinds[u"voicememos"][u"skipped"].toArray().size(), 1);
+        QVERIFY(QFile::remove(m_sandbox->path(folder)));
+        QCOMPARE(run(arguments).code, 20); // for the photo whose file is missing
+        QCOMPARE(contentOnPhone(u"Media/IMG_0001.JPG"_s), QByteArray("one"));
     }
 };
 

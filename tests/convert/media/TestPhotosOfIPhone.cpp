@@ -103,6 +103,8 @@ void TestPhotosOfIPhone::cameraRollIsRead_data()
     const QString one = kNewer + asset(1, u"A.JPG"_s) + album(5, 1000) + member(5, 1);
     const QStringList oneFile{kCameraRoll + u"A.JPG"_s};
     const QStringList oneLine{u"A.JPG 0x10 = %1A.JPG"_s.arg(kCameraRoll)};
+    const QString kUnknownRoll =
+        u"Photos and videos: 1: the photo library does not tell what is in its camera roll (0x00)"_s;
     const QStringList olderFile{u"MediaDomain-Media/DCIM/999APPLE/OLD.PNG"_s};
     const QStringList olderLine{u"OLD.PNG 0x10 = "_s + olderFile.front()};
 
@@ -113,8 +115,9 @@ void TestPhotosOfIPhone::cameraRollIsRead_data()
     QTest::newRow("newer is empty") << kNewer << olderLibrary(u"OLD.PNG"_s) << olderFile << olderLine << QStringList{};
     QTest::newRow("newer without camera roll")
         << kNewer + asset(1, u"A.JPG"_s) + album(5, 2) + member(5, 1) << olderLibrary(u"OLD.PNG"_s)
-        << oneFile + olderFile << olderLine
-        << QStringList{u"Photos and videos: 1: the photo library has no camera roll (0x00)"_s};
+        << oneFile + olderFile << olderLine << QStringList{kUnknownRoll};
+    QTest::newRow("the table of members is missing")
+        << one + u"DROP TABLE Z_11ASSETS;"_s << QString() << oneFile << QStringList{} << QStringList{kUnknownRoll};
     QTest::newRow("kinds, order of the index")
         << kNewer + asset(3, u"a.MoV"_s) + asset(1, u"b.avi"_s) + asset(2, u"c.heic"_s) + album(5, 1000) +
                u"INSERT INTO Z_11ASSETS VALUES (5, 1, 1), (5, 2, 2), (5, 3, 3);"_s
