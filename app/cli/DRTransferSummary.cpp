@@ -66,7 +66,7 @@ Kind kindOf(const DRMigrateDataType& phoneSide, const DRMigrateDataType* iPhoneS
         return kind;
     }
     const DRMigrateReport source = iPhoneSide->report();
-    if (kind.records.found == 0) { // the run ended before it came to this kind
+    if (!isOnPhone && kind.records.found == 0) { // the run ended before it came to this kind
         kind.records.found = source.found;
     }
     for (const auto& [name, found] : source.counts) {
