@@ -63,8 +63,7 @@ void DRSequence::next()
     if (m_currentStep == nullptr || !m_currentStep->sequenceShouldChangeToNextStep()) {
         return;
     }
-    const bool isClosingPage = (m_currentStep->stateMask() & DRSequenceStep::kStateClosing) != 0;
-    DRSequenceStep* const following = isClosingPage ? nullptr : stepAfter(*m_currentStep);
+    DRSequenceStep* const following = isOnClosingPage() ? nullptr : stepAfter(*m_currentStep);
     if (following == nullptr) {
         end(Ending::Completed);
         return;
@@ -76,6 +75,13 @@ void DRSequence::cancel()
 {
     if (m_currentStep != nullptr && m_currentStep->sequenceShouldCancel()) {
         end(Ending::Cancelled);
+    }
+}
+
+void DRSequence::abandon()
+{
+    if (m_currentStep != nullptr) {
+        end(isOnClosingPage() ? Ending::Completed : Ending::Cancelled);
     }
 }
 
@@ -138,6 +144,11 @@ DRSequenceStep* DRSequence::stepAfter(const DRSequenceStep& step) const
         }
     }
     return nullptr;
+}
+
+bool DRSequence::isOnClosingPage() const
+{
+    return m_currentStep != nullptr && (m_currentStep->stateMask() & DRSequenceStep::kStateClosing) != 0;
 }
 
 void DRSequence::show(DRSequenceStep* step, DRSequenceDirection direction)

@@ -62,12 +62,17 @@ public:
     /// Cancel: asks the current step; when that leaves it to the sequence, ends it as cancelled.
     void cancel();
 
+    /// The user closed the window: ends the sequence without asking the current step, as completed on a closing page and
+    /// as cancelled elsewhere. Does nothing when the sequence is not running.
+    void abandon();
+
     /// The frame's buttons: `next` and `cancel`, but nothing while the current step's state mask disables the button.
     void pressNext();
     void pressCancel();
 
     /// The values that all steps see.
     [[nodiscard]] DRSequenceParameters& parameters() { return m_parameters; }
+    [[nodiscard]] const DRSequenceParameters& parameters() const { return m_parameters; }
 
     /// Labels of the frame's buttons that the sequence has set.
     [[nodiscard]] DRLocalizationAliases& localizations() { return m_localizations; }
@@ -107,6 +112,7 @@ private:
     };
     [[nodiscard]] std::optional<Place> placeOf(const DRSequenceStep* step) const;
     [[nodiscard]] DRSequenceStep* stepAfter(const DRSequenceStep& step) const;
+    [[nodiscard]] bool isOnClosingPage() const;
 
     void show(DRSequenceStep* step, DRSequenceDirection direction);
     void end(Ending ending);

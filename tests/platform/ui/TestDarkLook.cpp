@@ -1,0 +1,188 @@
+#include "platform/sequence/DRSequenceResourceManager.h"
+#include "platform/ui/DRDarkPalette.h"
+#include "platform/ui/DRDarkStyle.h"
+#include "platform/ui/DRIconLabel.h"
+#include "platform/ui/DRSpinner.h"
+#include "tests/support/DRScreenshot.h"
+#include "tests/support/DRTestTimerSource.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QFile>
+#include <QHBoxLayout>
+#include <QProxyStyle>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The share of light that the colour gives off, from 0 for black to 1 for white, as the eye sees it.
+double luminanceOf(const QColor& color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrastOf(const QColor& one, const QColor& other)
+{
+    const auto [low, high] = std::minmax({luminanceOf(one), luminanceOf(other)});
+    return (high + 0.05) / (low + 0.05);
+}
+
+/// A style with animations on or off, as the desktop's settings say it.
+class AnimationStyle final : public QProxyStyle {
+public:
+    explicit AnimationStyle(int milliseconds) : m_milliseconds(milliseconds) {}
+
+    int styleHint(StyleHint hint, const QStyleOption*, const QWidget*, QStyleHintReturn*) const override
+    {
+        return hint == SH_Widget_Animation_Duration ? m_milliseconds : QProxyStyle::styleHint(hint);
+    }
+
+private:
+    int m_milliseconds;
+};
+
+} // namespace
+
+class TestDarkLook : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void contrastIsEnough_data();
+    void contrastIsEnough();
+    void buttonsStandOut_data();
+    void buttonsStandOut();
+    void spinnerTurnsOnlyWhenSeenAndWanted_data();
+    void spinnerTurnsOnlyWhenSeenAndWanted();
+    void iconsAreSharpAndUndistorted();
+};
+
+void TestDarkLook::contrastIsEnough_data()
+{
+    QTest::addColumn<QPalette::ColorRole>("front");
+    QTest::addColumn<QList<QRgb>>("grounds");
+    using P = DRDarkPalette;
+    const QList<QRgb> everywhere = {P::kWindow, P::kSide, P::kTable, P::kTableAlternate, P::kPanel, P::kButton};
+    QTest::newRow("text") << QPalette::WindowText << everywhere;
+    QTest::newRow("text of lists") << QPalette::Text << everywhere;
+    QTest::newRow("buttons") << QPalette::ButtonText << everywhere;
+    QTest::newRow("muted text") << QPalette::PlaceholderText << everywhere;
+    QTest::newRow("tooltips") << QPalette::ToolTipText << everywhere;
+    QTest::newRow("links") << QPalette::Link << everywhere;
+    QTest::newRow("selection") << QPalette::HighlightedText << QList<QRgb>{P::kAccent};
+}
+
+void TestDarkLook::contrastIsEnough()
+{
+    QFETCH(const QPalette::ColorRole, front);
+    QFETCH(const QList<QRgb>, grounds);
+    QApplication::setPalette(QPalette(Qt::white)); // what a light desktop does
+    DRDarkStyle::applyToApplication();
+    for (const QRgb ground : grounds) {
+        const double contrast = contrastOf(QWidget().palette().color(front), QColor(ground));
+        QVERIFY2(contrast >= 4.5, qPrintable(QColor(ground).name() + u": "_s + QString::number(contrast)));
+    }
+}
+
+void TestDarkLook::buttonsStandOut_data()
+{
+    QTest::addColumn<QPalette>("palette");
+    QTest::addColumn<bool>("isPressed");
+    QTest::newRow("plain") << DRDarkPalette::palette() << false;
+    QTest::newRow("plain pressed") << DRDarkPalette::palette() << true;
+    QTest::newRow("main") << DRDarkPalette::mainButtonPalette() << false;
+    QTest::newRow("main pressed") << DRDarkPalette::mainButtonPalette() << true;
+}
+
+void TestDarkLook::buttonsStandOut()
+{
+    QFETCH(const QPalette, palette);
+    QFETCH(const bool, isPressed);
+    QWidget page;
+    auto* const row = new QHBoxLayout(&page);
+    auto* const button = new QPushButton(u"Next"_s);
+    auto* const other = new QCheckBox(u"Notes"_s);
+    row->addWidget(button);
+    row->addWidget(other);
+    page.show();
+    QApplication::setActiveWindow(&page);
+    QVERIFY(QTest::qWaitForWindowActive(&page));
+    button->setPalette(palette);
+    button->setDown(isPressed);
+    button->setFocus();
+    QVERIFY(saveScreenshot(page, u"buttons_"_s + QLatin1String(QTest::currentDataTag())));
+    const QImage focused = button->grab().toImage();
+    const int middle = focused.height() / 2;
+    const QColor window(DRDarkPalette::kWindow);
+    QVERIFY(contrastOf(focused.pixelColor(10, middle), palette.color(QPalette::ButtonText)) >= 4.5);
+    QVERIFY2(contrastOf(focused.pixelColor(0, middle), window) >= 3, "a ring around the button that has the focus");
+    other->setFocus();
+    QCOMPARE(button->grab().toImage().pixelColor(0, middle), window);
+}
+
+void TestDarkLook::spinnerTurnsOnlyWhenSeenAndWanted_data()
+{
+    QTest::addColumn<int>("animationMilliseconds");
+    QTest::addColumn<bool>("turns");
+    QTest::newRow("animations on") << 200 << true;
+    QTest::newRow("animations off") << 0 << false;
+}
+
+void TestDarkLook::spinnerTurnsOnlyWhenSeenAndWanted()
+{
+    QFETCH(const int, animationMilliseconds);
+    QFETCH(const bool, turns);
+    AnimationStyle style(animationMilliseconds);
+    DRTestTimerSource timers;
+    DRSpinner spinner(timers);
+    spinner.setStyle(&style);
+    QCOMPARE(timers.runningCount(), std::size_t{0});
+    spinner.show();
+    const QImage first = spinner.grab().toImage();
+    timers.advance(DRSpinner::kStepInterval * (DRSpinner::kStepsPerTurn / 4));
+    QCOMPARE(spinner.grab().toImage() != first, turns);
+    timers.advance(DRSpinner::kStepInterval * (DRSpinner::kStepsPerTurn - DRSpinner::kStepsPerTurn / 4));
+    QCOMPARE(spinner.grab().toImage(), first);
+    spinner.hide();
+    QCOMPARE(timers.runningCount(), std::size_t{0});
+}
+
+void TestDarkLook::iconsAreSharpAndUndistorted()
+{
+    const QTemporaryDir folder;
+    QFile file(folder.filePath(u"half.svg"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10' viewBox='0 0 10 10'>"
+               "<rect width='5' height='10' fill='black'/><rect x='5' width='5' height='10' fill='lime'/></svg>");
+    file.close();
+    DRSequenceResourceManager resources;
+    resources.registerBundle(folder.path());
+    DRIconLabel label(resources);
+    QVERIFY(label.setIconName(u"half"_s));
+    QCOMPARE(label.sizeHint(), QSize(10, 10));
+    label.resize(40, 20);
+    for (const int density : {1, 2, 3}) {
+        QImage image(label.size() * density, QImage::Format_RGB32);
+        image.setDevicePixelRatio(density);
+        image.fill(Qt::white);
+        label.render(&image, {}, {}, QWidget::DrawChildren);
+        QCOMPARE(image.pixelColor(20 * density - 1, 5), QColor(Qt::black));
+        QCOMPARE(image.pixelColor(20 * density, 5), QColor(Qt::green));
+        QCOMPARE(image.pixelColor(10 * density - 1, 5), QColor(Qt::white));
+        QCOMPARE(image.pixelColor(30 * density, 5), QColor(Qt::white));
+    }
+    QVERIFY(!label.setIconName(u"nothing"_s));
+    QVERIFY(label.sizeHint().isEmpty());
+}
+
+QTEST_MAIN(TestDarkLook)
+#include "TestDarkLook.moc"
