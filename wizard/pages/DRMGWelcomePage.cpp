@@ -1,0 +1,64 @@
+#include "wizard/pages/DRMGWelcomePage.h"
+
+#include "model/backup_entry/DRMigrateServices.h"
+#include "platform/core/DRLog.h"
+#include "platform/device/DRDCDeviceController.h"
+#include "platform/ui/DRElidedLabel.h"
+#include "platform/ui/DRHtmlTextView.h"
+
+#include <QDir>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+DRMGWelcomePage::DRMGWelcomePage(DRMGSequenceStepWelcome& step, const DRMGPageTools& tools)
+    : DRMGPage(step, tools),
+      m_step(step),
+      m_body(makeHtmlView()),
+      m_firstStep(makeHtmlView()),
+      m_secondStep(makeHtmlView()),
+      m_backupsFolder(new DRElidedLabel(this)),
+      m_phone(new DRElidedLabel(this))
+{
+    auto* const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(largeGap());
+    column->addWidget(m_body);
+    column->addWidget(makePanel(m_firstStep, makeButton(u"wizard_choose_backups_folder"_s, tools.chooseBackupsFolder),
+                                m_backupsFolder));
+    column->addWidget(makePanel(m_secondStep, makeButton(u"wizard_choose_phone"_s, tools.choosePhone), m_phone));
+    column->addStretch(1);
+}
+
+QWidget* DRMGWelcomePage::makePanel(DRHtmlTextView* html, QPushButton* button, DRElidedLabel* choice)
+{
+    auto* const panel = new QFrame(this);
+    panel->setAutoFillBackground(true);
+    panel->setBackgroundRole(QPalette::Base);
+    auto* const column = new QVBoxLayout(panel);
+    column->setContentsMargins(largeGap(), smallGap() * 3 / 2, largeGap(), smallGap() * 3 / 2);
+    column->setSpacing(smallGap());
+    column->addWidget(html);
+    choice->setForegroundRole(QPalette::PlaceholderText);
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(smallGap() * 2);
+    if (button != nullptr) {
+        row->addWidget(button);
+    }
+    row->addWidget(choice, 1);
+    column->addLayout(row);
+    return panel;
+}
+
+void DRMGWelcomePage::render()
+{
+    const DRMGContext& context = tools().context;
+    const DRDCDevicePointer phone = context.services.deviceController.activeDevice();
+    showHtml(*m_body, m_step.bodyHtml());
+    showHtml(*m_firstStep, m_step.firstStepHtml());
+    showHtml(*m_secondStep, m_step.secondStepHtml());
+    m_backupsFolder->setWholeText(withoutControlCharacters(QDir::toNativeSeparators(context.backupsFolder)));
+    m_phone->setWholeText(phone ? withoutControlCharacters(phone->marketingName()) : QString());
+}
