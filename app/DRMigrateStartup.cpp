@@ -6,6 +6,7 @@
 #include "platform/folder_phone/DRFolderPhone.h"
 
 #include <QFileInfo>
+#include <QLocale>
 
 #include <utility>
 
@@ -22,7 +23,7 @@ DRMigrateDataTypeRegistry filledRegistry()
 
 DRLocalizedStrings builtInTexts()
 {
-    auto texts = DRLocalizedStrings::fromFile(u":/migrate/texts/en.json"_s);
+    auto texts = DRLocalizedStrings::fromFolder(u":/migrate/texts"_s, QLocale().uiLanguages());
     if (!texts) {
         qCWarning(lcMigrate) << "the program's texts cannot be read";
         return {};
@@ -46,7 +47,7 @@ DRMigrateStartup::DRMigrateStartup(DRMigrateStartupOptions options)
       m_folders(DRUserFolders::ofCurrentUser()),
       m_registry(filledRegistry()),
       m_deviceController(m_notificationCenter),
-      m_backupRestoreController(m_folders.data + u"/phone-backups"_s),
+      m_backupRestoreController(phoneBackupsFolder()),
       m_mediaAccessController(m_options.musicLibrary.isEmpty() ? DRMediaAccessController::defaultLibraryPath(m_folders)
                                                                : m_options.musicLibrary),
       m_strings(builtInTexts()),
@@ -115,6 +116,8 @@ DRMGContext DRMigrateStartup::context()
         .timers = m_timers,
         .backupsFolder = backupsFolder(),
         .applicationVersion = QStringLiteral(MIGRATE_VERSION),
+        .supportAddress = QStringLiteral(MIGRATE_SUPPORT_ADDRESS),
+        .ledgerPath = {}, // the command line keeps its own
     };
 }
 
@@ -123,12 +126,22 @@ DRDCDevicePointer DRMigrateStartup::openPhone()
     if (m_options.phoneFolder.isEmpty()) {
         return nullptr;
     }
-    const QFileInfo folder(m_options.phoneFolder);
-    const QString canonical = folder.canonicalFilePath();
-    DRDCDevicePointer phone;
-    if (!canonical.isEmpty()) {
-        phone = DRFolderPhone::open(canonical, m_taskQueue, m_notificationCenter);
-    }
+    DRDCDevicePointer phone = phoneIn(m_options.phoneFolder);
     m_deviceController.setActiveDevice(phone);
     return phone;
+}
+
+DRDCDevicePointer DRMigrateStartup::changePhone(const QString& folder)
+{
+    DRDCDevicePointer phone = phoneIn(folder);
+    if (phone) {
+        m_deviceController.setActiveDevice(phone);
+    }
+    return phone;
+}
+
+DRDCDevicePointer DRMigrateStartup::phoneIn(const QString& folder)
+{
+    const QString canonical = QFileInfo(folder).canonicalFilePath();
+    return canonical.isEmpty() ? nullptr : DRFolderPhone::open(canonical, m_taskQueue, m_notificationCenter);
 }

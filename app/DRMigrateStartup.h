@@ -48,6 +48,12 @@ public:
     /// user has none.
     [[nodiscard]] QString backupsFolder() const;
 
+    /// The file in which transfers are remembered, so that none is repeated unasked.
+    [[nodiscard]] QString ledgerPath() const { return m_folders.data + QStringLiteral("/transfers.json"); }
+
+    /// The folder in which this computer keeps backups of phones; made with the first of them.
+    [[nodiscard]] QString phoneBackupsFolder() const { return m_folders.data + QStringLiteral("/phone-backups"); }
+
     [[nodiscard]] const DRMigrateServices& services() const { return m_services; }
 
     /// The same services, with temporary files in a folder of their own, so that they neither meet those of a transfer
@@ -66,7 +72,12 @@ public:
     /// Opens the chosen phone and puts it in use. Null when none was chosen or the folder is no phone.
     DRDCDevicePointer openPhone();
 
+    /// Opens another phone and puts it in use. Null, with the one before still in use, when the folder is no phone.
+    DRDCDevicePointer changePhone(const QString& folder);
+
 private:
+    [[nodiscard]] DRDCDevicePointer phoneIn(const QString& folder);
+
     DRMigrateStartupOptions m_options;
     DRUserFolders m_folders;
     DRSystemClock m_clock;

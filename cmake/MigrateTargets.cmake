@@ -29,8 +29,8 @@ function(migrate_add_library name)
     target_link_libraries(${name} PUBLIC migrate_common ${ARG_LINKS})
 endfunction()
 
-# migrate_add_test(name SOURCES ... LINKS ...): one Qt Test program, run in an odd time zone and without a display, its
-# user folders in the build tree.
+# migrate_add_test(name SOURCES ... LINKS ...): one Qt Test program, run in an odd time zone, without a display and without the system's
+# D-Bus, its user folders in the build tree.
 function(migrate_add_test name)
     cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS" ${ARGN})
     if(NOT ARG_TIMEOUT)
@@ -41,5 +41,5 @@ function(migrate_add_test name)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ARG_TIMEOUT}
-        ENVIRONMENT "TZ=Asia/Kathmandu;QT_QPA_PLATFORM=offscreen;XDG_DATA_HOME=${CMAKE_BINARY_DIR}/home/${name}/data;XDG_CACHE_HOME=${CMAKE_BINARY_DIR}/home/${name}/cache;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/home/${name}/state;TSAN_OPTIONS=ignore_noninstrumented_modules=1")
+        ENVIRONMENT "TZ=Asia/Kathmandu;QT_QPA_PLATFORM=offscreen;XDG_DATA_HOME=${CMAKE_BINARY_DIR}/home/${name}/data;XDG_CACHE_HOME=${CMAKE_BINARY_DIR}/home/${name}/cache;XDG_STATE_HOME=${CMAKE_BINARY_DIR}/home/${name}/state;DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nowhere;TSAN_OPTIONS=ignore_noninstrumented_modules=1")
 endfunction()

@@ -13,14 +13,21 @@ LAYERS = ["platform", "model", "convert", "wizard", "app"]
 
 # Folders that may use Qt Widgets or Qt Gui; everything else runs without a display.
 WIDGET_FOLDERS = ["platform/ui", "wizard/pages", "wizard/widgets", "app/gui"]
-WIDGET_HEADERS = re.compile(r"^(Qt(Widgets|Gui)/|Q(Widget|Dialog|Label|Painter|Application|Window|Pixmap|Icon|Layout|[HV]BoxLayout|"
-                            r"PushButton|TextBrowser|TableView|ProgressBar|StyleFactory|Palette|Font|Image|GuiApplication))")
+WIDGET_HEADERS = re.compile(r"^(Qt(Widgets|Gui|Svg)/|Q(Abstract(Button|ScrollArea|TextDocumentLayout)|Accessible|Action|Application|Brush|"
+                            r"CheckBox|Clipboard|Color|Desktop|Dialog|Font|Frame|[HV]BoxLayout|GridLayout|GuiApplication|Icon|Image|"
+                            r"Key|Label|Layout|List(View|Widget)|MainWindow|MessageBox|MouseEvent|Paint|Palette|Pixmap|ProgressBar|"
+                            r"ProxyStyle|PushButton|Screen|Scroll(Area|Bar)|Stack(edLayout|edWidget)|Style|Svg|TableView|"
+                            r"Text(Browser|Cursor|Document|Edit|Format)|ToolTip|Widget|Window))")
 
 # Parts of one layer that must not know each other, beside the converters.
 INDEPENDENT = [("platform/core", "platform/"), ("model/backup_entry", "model/iphone_backup"), ("app/cli", "app/gui"),
                ("app/gui", "app/cli")]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
+
+
+def is_in_widget_folder(path):
+    return path.startswith(tuple(folder + "/" for folder in WIDGET_FOLDERS))
 
 
 def includes_of(path):
@@ -36,7 +43,7 @@ def offences_of(path, root):
     for number, is_own, target in includes_of(path):
         where = f"{source}:{number}: includes {target}: "
         if not is_own:
-            if WIDGET_HEADERS.match(target) and not source.startswith(tuple(WIDGET_FOLDERS)):
+            if WIDGET_HEADERS.match(target) and not is_in_widget_folder(source):
                 yield where + "only " + ", ".join(WIDGET_FOLDERS) + " may use widgets"
             continue
         target_layer = target.split("/")[0]
@@ -44,6 +51,8 @@ def offences_of(path, root):
             if target_layer in ("tests", "bench"):
                 yield where + "the program must not need its tests"
             continue
+        if is_in_widget_folder(target) and not is_in_widget_folder(source):
+            yield where + "only " + ", ".join(WIDGET_FOLDERS) + " may need widgets"
         if LAYERS.index(target_layer) > LAYERS.index(layer):
             yield where + f"{layer} stands below {target_layer}"
         if layer == target_layer == "convert" and source.count("/") == 2 and target.count("/") == 2 \

@@ -17,4 +17,6 @@ struct DRMGContext {
     DRTimerSource& timers;
     QString backupsFolder;      ///< where iPhone backups are looked for
     QString applicationVersion; ///< this program's version, kept in phone backups
+    QString supportAddress;     ///< the page where people get help; empty when there is none
+    QString ledgerPath;         ///< where transfers are remembered; empty when the caller sees to repeats itself
 };

@@ -3,6 +3,8 @@
 #include "model/backup_entry/DRMigrateServices.h"
 #include "model/iphone_backup/DRMigrateBackupDiscovery.h"
 #include "platform/core/DRLocalizedStrings.h"
+#include "platform/device/DRBRBackupInfo.h"
+#include "platform/device/DRDCDeviceController.h"
 #include "platform/device/DRDCFilesystem.h"
 #include "platform/sequence/DRSequenceResourceManager.h"
 #include "wizard/DRMGAnalytics.h"
@@ -15,6 +17,8 @@
 #include "wizard/steps/DRMGSequenceStepSelectData.h"
 #include "wizard/steps/DRMGSequenceStepTransfer.h"
 #include "wizard/steps/DRMGSequenceStepWelcome.h"
+
+#include <QFileInfo>
 
 #include <array>
 
@@ -88,6 +92,9 @@ DRMGSequence::DRMGSequence(const DRMGContext& context) : DRSequence(context.anal
         m_stepLookup.insert(step->key(), {step.get(), entry.group});
         pushStep(std::move(step), entry.group);
     }
+    m_gate = std::make_unique<DRMGTransferGate>(m_context);
+    connect(transferStep(), &DRMGSequenceStepTransfer::restoreWillBegin, m_gate.get(), &DRMGTransferGate::remember);
+    connect(transferStep(), &DRMGSequenceStepTransfer::willEnd, this, [this] { m_gate->settle(transferResult()); });
 }
 
 DRSequenceStep* DRMGSequence::stepForKey(const QString& key) const
@@ -148,11 +155,74 @@ bool DRMGSequence::gotoTransferWithDevice(const DRDCDevicePointer& device, quint
     } else if (isIncompatible(device)) {
         gotoStepForKey(DRMGStepKeys::kPhoneIncompatible);
     } else if (device->preferredFilesystem().memoryFreeBytes() >= bytesNeeded) {
-        gotoStepForKey(DRMGStepKeys::kTransfer);
+        gotoTransferThroughGate(device);
     } else {
         gotoStepForKey(DRMGStepKeys::kMemoryWarning);
     }
     return true;
+}
+
+void DRMGSequence::gotoTransferThroughGate(const DRDCDevicePointer& device)
+{
+    const auto backup = parameters().value<DRMigrateIPhoneBackupEntryPointer>(kIPhoneBackupEntry);
+    if (m_gate->isOpenFor(backup, device, parameters().value<QStringList>(kSelectedTypes))) {
+        gotoStepForKey(DRMGStepKeys::kTransfer);
+    } else {
+        Q_EMIT repeatQuestionAsked();
+    }
+}
+
+void DRMGSequence::answerRepeatQuestion(DRMGRepeatQuestion::Answer answer)
+{
+    if (!m_gate->question()) {
+        return;
+    }
+    m_gate->answer(answer);
+    if (answer != DRMGRepeatQuestion::Answer::Stop) {
+        const auto backup = parameters().value<DRMigrateIPhoneBackupEntryPointer>(kIPhoneBackupEntry);
+        const auto keys = parameters().value<QStringList>(kSelectedTypes);
+        gotoTransferWithDevice(m_context.services.deviceController.activeDevice(),
+                               backup ? backup->bytesNeededForSelectedTypes(keys) : 0);
+        return;
+    }
+    if (currentStep() != stepForKey(DRMGStepKeys::kSelectData)) {
+        gotoStepForKey(DRMGStepKeys::kSelectData);
+    }
+}
+
+DRTransferResult DRMGSequence::transferResult() const
+{
+    const DRMGSequenceStepTransfer& step = *transferStep();
+    const auto* const complete = qobject_cast<DRMGSequenceStepComplete*>(stepForKey(DRMGStepKeys::kComplete));
+    return {.errorState = static_cast<int>(complete->errorState()),
+            .errorCode = step.errorCode(),
+            .errorDetails = step.errorDetails(),
+            .skippedPackets = step.skippedPackets(),
+            .phoneEntry = step.phoneEntry(),
+            .phoneBackupName = parameters().value<QString>(kBackupName),
+            .phoneBackupPath = phoneBackupPath()};
+}
+
+QString DRMGSequence::phoneBackupPath() const
+{
+    QString folder = transferStep()->phoneBackupFolder();
+    if (!folder.isEmpty()) {
+        return folder;
+    }
+    const auto info = parameters().value<std::shared_ptr<DRBRBackupInfo>>(kBackupInfo);
+    const QString path = info ? info->targetPath() : QString();
+    return QFileInfo(path).isDir() ? path : QString();
+}
+
+DRTransferSummary DRMGSequence::transferSummary() const
+{
+    const auto backup = parameters().value<DRMigrateIPhoneBackupEntryPointer>(kIPhoneBackupEntry);
+    return backup ? DRTransferSummary::make(m_gate->plan(), *backup, transferResult()) : DRTransferSummary();
+}
+
+DRMGSequenceStepTransfer* DRMGSequence::transferStep() const
+{
+    return qobject_cast<DRMGSequenceStepTransfer*>(stepForKey(DRMGStepKeys::kTransfer));
 }
 
 void DRMGSequence::updateUI()

@@ -3,12 +3,17 @@
 #include "model/iphone_backup/DRMigrateIPhoneBackupEntry.h"
 #include "platform/sequence/DRSequence.h"
 #include "wizard/DRMGContext.h"
+#include "wizard/DRMGTransferGate.h"
+#include "wizard/DRTransferSummary.h"
 #include "wizard/steps/DRMGSequenceStepNewBackupNeeded.h"
 
 #include <QMap>
+#include <QUrl>
 
 #include <memory>
 #include <vector>
+
+class DRMGSequenceStepTransfer;
 
 /// The migration as a sequence of nine steps in four groups, and the rules that decide which step follows which. See
 /// docs/architecture.md for the graph.
@@ -36,7 +41,10 @@ public:
     /// The step group's title; a null text for groups other than 0 to 3.
     [[nodiscard]] QString localizedStringForSequenceStepType(qint32 identifier) const;
 
-    /// The newest usable backups of the default folder, scanned now.
+    /// Looks for iPhone backups in this folder from now on.
+    void setBackupsFolder(const QString& folder) { m_context.backupsFolder = folder; }
+
+    /// The newest usable backups of the backups folder, scanned now.
     [[nodiscard]] std::vector<DRMigrateIPhoneBackupEntryPointer> latestBackupList() const;
 
     /// Routes forward from the choice of a backup: to the incompatible-phone, new-backup-needed, backup-list or
@@ -48,12 +56,33 @@ public:
     bool gotoPreviousIPhoneStep();
 
     /// Routes towards the transfer: to the connect-phone, incompatible-phone, transfer or memory-warning step. Always
-    /// true.
+    /// true. Where a ledger tells that the transfer would double something it stays where it is and asks first.
     bool gotoTransferWithDevice(const DRDCDevicePointer& device, quint64 bytesNeeded);
+
+    /// What stands before the transfer: the question that waits for an answer, if any, and what is left out of it.
+    [[nodiscard]] const DRMGTransferGate& gate() const { return *m_gate; }
+
+    /// Answers the question of the gate and goes on accordingly.
+    void answerRepeatQuestion(DRMGRepeatQuestion::Answer answer);
+
+    /// How the last transfer ended, and what became of everything it was to move; empty before.
+    [[nodiscard]] DRTransferResult transferResult() const;
+    [[nodiscard]] DRTransferSummary transferSummary() const;
 
     void updateUI() override;
 
+    /// What the steps work with; holds as long as the sequence.
     [[nodiscard]] const DRMGContext& context() const { return m_context; }
+
+Q_SIGNALS:
+    /// `gate().question()` waits for an answer; also again when it has changed meanwhile.
+    void repeatQuestionAsked();
+
+    /// What the program around the wizard is to do. The first two come after the sequence has ended: whoever destroys it
+    /// then does so later.
+    void restoreSelected();       ///< show the phone's backups, to put one back
+    void contactsSetupSelected(); ///< offer another way for the contacts
+    void openUrlRequested(const QUrl& address);
 
 protected:
     void cancelToAnalytics() override;
@@ -62,6 +91,9 @@ protected:
 
 private:
     explicit DRMGSequence(const DRMGContext& context);
+    [[nodiscard]] DRMGSequenceStepTransfer* transferStep() const;
+    [[nodiscard]] QString phoneBackupPath() const;
+    void gotoTransferThroughGate(const DRDCDevicePointer& device);
     bool gotoNewBackupNeeded(DRMGSequenceStepNewBackupNeeded::Reason reason);
 
     struct RegisteredStep {
@@ -71,4 +103,5 @@ private:
 
     DRMGContext m_context;
     QMap<QString, RegisteredStep> m_stepLookup;
+    std::unique_ptr<DRMGTransferGate> m_gate;
 };

@@ -3,10 +3,10 @@
 #include "app/cli/DRBackupChoice.h"
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRPhoneChoice.h"
-#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
 #include "app/DRMigrateStartup.h"
 #include "platform/core/DRLog.h"
+#include "platform/core/DRSizeText.h"
 #include "platform/media_library/DRMediaAccessController.h"
 #include "platform/media_library/DRMusicLibrary.h"
 

@@ -4,14 +4,14 @@
 #include "app/cli/DRBackupLoader.h"
 #include "app/cli/DRInterrupt.h"
 #include "app/cli/DRJsonOutput.h"
-#include "app/cli/DRKindContent.h"
 #include "app/cli/DRKinds.h"
-#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
 #include "app/cli/DRTextTable.h"
 #include "app/DRMigrateStartup.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "platform/core/DRLog.h"
+#include "platform/core/DRSizeText.h"
+#include "wizard/DRKindContent.h"
 
 using namespace Qt::StringLiterals;
 
@@ -41,6 +41,7 @@ QString reasonName(DRKindContent::State state)
         return u"notInBackup"_s;
     case DRKindContent::State::NotAvailable:
         return u"notAvailable"_s;
+    case DRKindContent::State::Loading: // only loaded backups come here
     case DRKindContent::State::Unreadable:
         return u"unreadable"_s;
     }
@@ -58,6 +59,7 @@ QString stateText(const DRKindContent& content)
         return u"not in the backup"_s;
     case DRKindContent::State::NotAvailable:
         return u"not available: "_s + content.why;
+    case DRKindContent::State::Loading: // only loaded backups come here
     case DRKindContent::State::Unreadable:
         return content.why.isEmpty() ? u"cannot be read"_s : u"cannot be read: "_s + content.why;
     }

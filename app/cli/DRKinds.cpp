@@ -64,11 +64,6 @@ DRKinds::List DRKinds::fromText(const QString& commaSeparated)
     return {.keys = keys, .unknown = {}};
 }
 
-QString DRKinds::dataTypeKeyOf(const QString& key)
-{
-    return key == DRMigrateKeys::kVideos ? DRMigrateKeys::kImages : key;
-}
-
 QString DRKinds::namesOf(const QStringList& keys)
 {
     QStringList names;

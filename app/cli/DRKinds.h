@@ -34,9 +34,6 @@ struct List {
 };
 [[nodiscard]] List fromText(const QString& commaSeparated);
 
-/// The key of the iPhone's data type that carries the kind: "images" for "videos", else the key itself.
-[[nodiscard]] QString dataTypeKeyOf(const QString& key);
-
 /// The names of the keys, joined by ", ".
 [[nodiscard]] QString namesOf(const QStringList& keys);
 

@@ -2,9 +2,9 @@
 
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRPhoneChoice.h"
-#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
 #include "platform/core/DRLog.h"
+#include "platform/core/DRSizeText.h"
 #include "platform/device/DRDCFilesystem.h"
 
 #include <QJsonArray>

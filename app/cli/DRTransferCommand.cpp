@@ -6,15 +6,16 @@
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRPhoneChoice.h"
-#include "app/cli/DRSizeText.h"
 #include "app/cli/DRTerminal.h"
+#include "app/cli/DRTransferPlanText.h"
 #include "app/cli/DRTransferReporter.h"
 #include "app/cli/DRTransferRun.h"
-#include "app/cli/DRTransferSummary.h"
+#include "app/cli/DRTransferSummaryText.h"
 #include "app/DRMigrateStartup.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/core/DRLog.h"
+#include "platform/core/DRSizeText.h"
 #include "wizard/DRMGStepKeys.h"
 
 using namespace Qt::StringLiterals;
@@ -68,7 +69,7 @@ DRCommandOutcome DRTransferCommand::run()
         }
     }
     if (line().json && !m_hasSummary) {
-        terminal().data(DRJsonOutput::line(DRTransferSummary::ofRefusal(outcome).json()));
+        terminal().data(DRJsonOutput::line(DRTransferSummaryText::jsonOfRefusal(outcome)));
     }
     return outcome;
 }
@@ -97,7 +98,7 @@ DRResult<DRTransferCommand::Prepared> DRTransferCommand::prepare(DRInterrupt& in
     if (DRBackupLoader::load(*backup, interrupt) == DRBackupLoader::Ending::Interrupted) {
         return stopped();
     }
-    const auto ledger = DRTransferLedger::ofFile(ledgerPath());
+    const auto ledger = DRTransferLedger::ofFile(startup().ledgerPath());
     return Prepared{backup, phone, DRTransferPlan::make(request(), *backup, phone, services, ledger)};
 }
 
@@ -132,14 +133,9 @@ DRTransferPlan::Repeats DRTransferCommand::repeats() const
     return line().again ? DRTransferPlan::Repeats::Allowed : DRTransferPlan::Repeats::Refused;
 }
 
-QString DRTransferCommand::ledgerPath() const
-{
-    return startup().folders().data + u"/transfers.json"_s;
-}
-
 DRCommandOutcome DRTransferCommand::consent(const Prepared& prepared, DRInterrupt& interrupt)
 {
-    DRCommandOutcome refusal = prepared.plan.refusal(repeats());
+    DRCommandOutcome refusal = DRTransferPlanText::refusal(prepared.plan, repeats());
     if (refusal.code != DRExitCode::Done || line().yes) {
         return refusal;
     }
@@ -148,7 +144,7 @@ DRCommandOutcome DRTransferCommand::consent(const Prepared& prepared, DRInterrup
                 u"add --yes to start without asking, or --dry-run to see what would be moved"_s};
     }
     terminal().ask(u"%1Move this from \"%2\" to %3? [y/N] "_s.arg(
-        prepared.plan.text(), withoutControlCharacters(prepared.backup->deviceName()),
+        DRTransferPlanText::text(prepared.plan), withoutControlCharacters(prepared.backup->deviceName()),
         withoutControlCharacters(prepared.phone->marketingName())));
     const bool isWanted = interrupt.readsYes();
     if (interrupt.hasCome()) {
@@ -162,15 +158,15 @@ DRCommandOutcome DRTransferCommand::consent(const Prepared& prepared, DRInterrup
 
 DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& interrupt)
 {
-    auto ledger = DRTransferLedger::ofFile(ledgerPath());
+    auto ledger = DRTransferLedger::ofFile(startup().ledgerPath());
     bool isRecorded = true;
     const auto record = [&](const QStringList& keys) {
         isRecorded =
             ledger.record(keys, *prepared.backup, prepared.phone->identifier(), startup().clock().now()) && isRecorded;
     };
     // Before the phone is written: what is on it must be known even if this process dies in the middle.
-    DRTransferReporter reporter(terminal(), line(), [&] { record(prepared.plan.keys()); });
-    for (const QString& note : prepared.plan.notes()) {
+    DRTransferReporter reporter(terminal(), line(), [&] { record(prepared.plan.appKeys()); });
+    for (const QString& note : DRTransferPlanText::notes(prepared.plan)) {
         reporter.warned(note);
     }
     const DRMGContext context = startup().context();
@@ -179,58 +175,61 @@ DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& 
     if (result.ending != Ending::Closed) {
         return notClosed(result, *prepared.phone, prepared.plan);
     }
-    const QStringList delivered =
-        result.phoneEntry ? DRTransferSummary::deliveredKeys(prepared.plan, *result.phoneEntry) : QStringList();
-    QStringList undelivered = prepared.plan.keys();
-    undelivered.removeIf([&delivered](const QString& key) { return delivered.contains(key); });
-    isRecorded = ledger.withdraw(undelivered) && isRecorded;
-    if (!isRecorded && !delivered.isEmpty()) {
-        reporter.warned(
-            u"This transfer could not be noted in %1: another one would double everything."_s.arg(ledgerPath()));
+    const QStringList remembered = DRTransferSummary::keysToRemember(prepared.plan, result.transfer);
+    const auto without = [](QStringList keys, const QStringList& others) {
+        keys.removeIf([&others](const QString& key) { return others.contains(key); });
+        return keys;
+    };
+    isRecorded = ledger.withdraw(without(prepared.plan.appKeys(), remembered)) && isRecorded;
+    record(without(remembered, prepared.plan.appKeys()));
+    if (!isRecorded && !remembered.isEmpty()) {
+        reporter.warned(u"This transfer could not be noted in %1: another one would double everything."_s.arg(
+            startup().ledgerPath()));
     }
-    const auto summary = DRTransferSummary::make(prepared.plan, *prepared.backup, result);
-    if (result.errorState == 0) {
+    const auto summary = DRTransferSummary::make(prepared.plan, *prepared.backup, result.transfer);
+    if (result.transfer.errorState == 0) {
         clearWorkingFolder();
     }
-    showSummary(summary);
-    return summary.outcome;
+    return showSummary(summary);
 }
 
 DRCommandOutcome DRTransferCommand::showPlan(const Prepared& prepared)
 {
     m_hasSummary = true;
-    const DRCommandOutcome refusal = prepared.plan.refusal(repeats());
+    const DRCommandOutcome refusal = DRTransferPlanText::refusal(prepared.plan, repeats());
     const bool isRefused = refusal.code != DRExitCode::Done;
     if (line().json) {
-        QJsonObject plan = prepared.plan.json();
+        QJsonObject plan = DRTransferPlanText::json(prepared.plan);
         plan.insert(u"type"_s, u"plan"_s);
         plan.insert(u"refusal"_s, isRefused ? QJsonValue(QJsonObject{{u"code"_s, static_cast<int>(refusal.code)},
                                                                      {u"message"_s, refusal.message}})
                                             : QJsonValue(QJsonValue::Null));
         terminal().data(DRJsonOutput::line(plan));
-        QJsonObject last = DRTransferSummary::ofRefusal({}).json();
+        QJsonObject last = DRTransferSummaryText::jsonOfRefusal({});
         last.insert(u"dryRun"_s, true);
         terminal().data(DRJsonOutput::line(last));
         return {};
     }
-    terminal().data(prepared.plan.text());
+    terminal().data(DRTransferPlanText::text(prepared.plan));
     terminal().data(isRefused ? u"A transfer would be refused: %1\nNext: %2\n"_s.arg(refusal.message, refusal.nextStep)
                               : u"Nothing was changed. To move this, type the same without --dry-run.\n"_s);
     return {};
 }
 
-void DRTransferCommand::showSummary(const DRTransferSummary& summary)
+DRCommandOutcome DRTransferCommand::showSummary(const DRTransferSummary& summary)
 {
     m_hasSummary = true;
+    DRCommandOutcome outcome = DRTransferSummaryText::outcome(summary);
     if (line().json) {
-        terminal().data(DRJsonOutput::line(summary.json()));
-        return;
+        terminal().data(DRJsonOutput::line(DRTransferSummaryText::json(summary, outcome)));
+        return outcome;
     }
-    if (!terminal().isQuiet() || summary.outcome.code != DRExitCode::Done) {
-        terminal().say(summary.outcome.code == DRExitCode::Done ? u"The transfer is complete."_s
-                                                                : u"The transfer has ended."_s);
-        terminal().data(summary.text());
+    if (!terminal().isQuiet() || outcome.code != DRExitCode::Done) {
+        terminal().say(outcome.code == DRExitCode::Done ? u"The transfer is complete."_s
+                                                        : u"The transfer has ended."_s);
+        terminal().data(DRTransferSummaryText::text(summary));
     }
+    return outcome;
 }
 
 void DRTransferCommand::clearWorkingFolder()

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/cli/DRCommand.h"
-#include "app/cli/DRTransferPlan.h"
+#include "wizard/DRTransferPlan.h"
 
 class DRInterrupt;
 struct DRTransferSummary;
@@ -26,12 +26,11 @@ private:
     [[nodiscard]] DRCommandOutcome lockWorkingFolder();
     [[nodiscard]] DRTransferPlan::Request request() const;
     [[nodiscard]] DRTransferPlan::Repeats repeats() const;
-    [[nodiscard]] QString ledgerPath() const;
 
     [[nodiscard]] DRCommandOutcome consent(const Prepared& prepared, DRInterrupt& interrupt);
     [[nodiscard]] DRCommandOutcome move(const Prepared& prepared, DRInterrupt& interrupt);
     [[nodiscard]] DRCommandOutcome showPlan(const Prepared& prepared);
-    void showSummary(const DRTransferSummary& summary);
+    DRCommandOutcome showSummary(const DRTransferSummary& summary);
     void clearWorkingFolder();
 
     bool m_hasSummary = false;

@@ -2,7 +2,7 @@
 
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRTerminal.h"
-#include "app/cli/DRTransferSummary.h"
+#include "app/cli/DRTransferSummaryText.h"
 #include "platform/core/DRLog.h"
 
 #include <algorithm>
@@ -97,7 +97,7 @@ void DRTransferReporter::willBeAbandoned(const QString& phoneBackup)
             : u" Its apps as they were before lie in %1."_s.arg(withoutControlCharacters(phoneBackup));
     const DRCommandOutcome outcome{
         DRExitCode::Interrupted, u"Stopped while the phone was written; it may be partly changed."_s + where, {}};
-    writeLine(DRTransferSummary::ofRefusal(outcome).json());
+    writeLine(DRTransferSummaryText::jsonOfRefusal(outcome));
     m_terminal.error(outcome);
 }
 

@@ -2,13 +2,8 @@
 
 #include "app/cli/DRExitCode.h"
 #include "app/cli/DRInterrupt.h"
-#include "model/backup_entry/DRMigrateServices.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
-#include "platform/device/DRBRBackupInfo.h"
 #include "wizard/DRMGStepKeys.h"
-#include "wizard/steps/DRMGSequenceStepComplete.h"
-
-#include <QFileInfo>
 
 #include <cstdlib>
 
@@ -53,11 +48,11 @@ DRTransferRun::Result DRTransferRun::run(const DRMigrateIPhoneBackupEntryPointer
     if (m_result.landedOn == DRMGStepKeys::kTransfer) {
         m_interrupt.setHandler([this] { onInterrupt(); });
         m_loop.exec();
-        fillFromParameters();
+        m_result.transfer = m_sequence->transferResult();
         return m_result;
     }
     if (m_result.landedOn == DRMGStepKeys::kComplete) {
-        fillFromParameters();
+        m_result.transfer = m_sequence->transferResult();
     }
     return m_result;
 }
@@ -83,7 +78,7 @@ void DRTransferRun::observeStep()
 
 void DRTransferRun::tellWarnings()
 {
-    const auto entry = phoneEntry();
+    const auto entry = m_sequence->transferResult().phoneEntry;
     if (!entry || m_hasBeenWarned) {
         return;
     }
@@ -117,37 +112,6 @@ void DRTransferRun::onInterrupt()
         m_observer.interruptedWhileWriting();
         return;
     }
-    m_observer.willBeAbandoned(phoneBackupPath());
+    m_observer.willBeAbandoned(m_sequence->transferResult().phoneBackupPath);
     std::_Exit(static_cast<int>(DRExitCode::Interrupted));
-}
-
-std::shared_ptr<DRMigrateAndroidBackupEntry> DRTransferRun::phoneEntry() const
-{
-    return m_sequence->parameters().value<std::shared_ptr<DRMigrateAndroidBackupEntry>>(
-        DRMGSequence::kAndroidBackupEntry);
-}
-
-QString DRTransferRun::phoneBackupPath() const
-{
-    const auto entry = phoneEntry();
-    if (entry && !entry->backupPath().isEmpty()) {
-        return entry->backupPath();
-    }
-    const auto info = m_sequence->parameters().value<std::shared_ptr<DRBRBackupInfo>>(DRMGSequence::kBackupInfo);
-    const QString path = info ? info->targetPath() : QString();
-    return QFileInfo(path).isDir() ? path : QString();
-}
-
-void DRTransferRun::fillFromParameters()
-{
-    m_result.errorCode = m_step->errorCode();
-    m_result.errorDetails = m_step->errorDetails();
-    m_result.skippedPackets = m_step->skippedPackets();
-    m_result.phoneEntry = phoneEntry();
-    m_result.phoneBackupPath = phoneBackupPath();
-    m_result.phoneBackupName = m_sequence->parameters().value<QString>(DRMGSequence::kBackupName);
-    if (const auto* complete =
-            qobject_cast<DRMGSequenceStepComplete*>(m_sequence->stepForKey(DRMGStepKeys::kComplete))) {
-        m_result.errorState = static_cast<int>(complete->errorState());
-    }
 }

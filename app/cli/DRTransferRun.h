@@ -9,7 +9,6 @@
 #include "wizard/steps/DRMGSequenceStepTransfer.h"
 
 class DRInterrupt;
-class DRMigrateAndroidBackupEntry;
 
 /// Is told how a transfer goes. Main thread.
 class DRTransferObserver {
@@ -45,14 +44,8 @@ public:
         };
 
         Ending ending = Ending::NotStarted;
-        QString landedOn; ///< the key of the step that routing led to
-        int errorState = 0;
-        int errorCode = 0;
-        QStringList errorDetails;
-        std::vector<DRDCPacketProblem> skippedPackets;
-        std::shared_ptr<DRMigrateAndroidBackupEntry> phoneEntry; ///< null when none was made
-        QString phoneBackupName;
-        QString phoneBackupPath; ///< empty when none was made
+        QString landedOn;          ///< the key of the step that routing led to
+        DRTransferResult transfer; ///< of a run that was closed
     };
 
     DRTransferRun(const DRMGContext& context, DRTransferObserver& observer, DRInterrupt& interrupt);
@@ -68,9 +61,6 @@ private:
     void observeStep();
     void tellWarnings();
     void onInterrupt();
-    [[nodiscard]] QString phoneBackupPath() const;
-    [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> phoneEntry() const;
-    void fillFromParameters();
 
     const DRMGContext& m_context;
     DRTransferObserver& m_observer;

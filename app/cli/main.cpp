@@ -8,7 +8,7 @@
 #include "app/cli/DRSampleCommand.h"
 #include "app/cli/DRTerminal.h"
 #include "app/cli/DRTransferCommand.h"
-#include "app/cli/DRTransferSummary.h"
+#include "app/cli/DRTransferSummaryText.h"
 #include "app/DRMigrateStartup.h"
 #include "platform/core/DRLog.h"
 
@@ -46,7 +46,7 @@ DRCommandOutcome usageError(const DRCommandLine& line, DRTerminal& terminal)
     DRCommandOutcome outcome{DRExitCode::Usage, withoutControlCharacters(line.usageError) + u'.',
                              u"see what there is: phone-migrate --help"_s};
     if (line.json && line.command == u"transfer") {
-        terminal.data(DRJsonOutput::line(DRTransferSummary::ofRefusal(outcome).json()));
+        terminal.data(DRJsonOutput::line(DRTransferSummaryText::jsonOfRefusal(outcome)));
     }
     return outcome;
 }

@@ -143,6 +143,11 @@ bool DRMigrateBackupEntry::mergeWithBackup(const DRMigrateBackupEntry& /*source*
 
 void DRMigrateBackupEntry::saveAll() {}
 
+bool DRMigrateBackupEntry::isWorking() const
+{
+    return std::ranges::any_of(dataTypesInKeyOrder(), [](const auto& dataType) { return dataType->isWorking(); });
+}
+
 bool DRMigrateBackupEntry::areAllDataTypesLoaded() const
 {
     return std::ranges::all_of(dataTypesInKeyOrder(), [](const auto& dataType) { return dataType->isLoaded(); });

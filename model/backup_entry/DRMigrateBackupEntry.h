@@ -61,6 +61,8 @@ public:
     /// Starts saving all data types. The base does nothing.
     virtual void saveAll();
 
+    /// Whether a data type is still at work, such as after a run that was given up.
+    [[nodiscard]] bool isWorking() const;
     [[nodiscard]] bool areAllDataTypesLoaded() const;
     [[nodiscard]] bool areAllDataTypesMerged() const;
     [[nodiscard]] bool areAllDataTypesSaved() const;

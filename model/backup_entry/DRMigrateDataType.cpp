@@ -85,6 +85,7 @@ void DRMigrateDataType::saveWithHandler(Handler handler)
 
 void DRMigrateDataType::runStep(std::function<bool()> step, qint64 successFlag, Handler handler)
 {
+    ++m_stepsUnderWay;
     DRTaskQueue& queue = m_services.taskQueue;
     queue.runInBackground([self = shared_from_this(), &queue, step = std::move(step), successFlag,
                            handler = std::move(handler)]() mutable {
@@ -92,6 +93,7 @@ void DRMigrateDataType::runStep(std::function<bool()> step, qint64 successFlag, 
         // The step goes along, so that what it holds is let go on the main thread.
         queue.runOnMainThread(
             [self = std::move(self), step = std::move(step), success, successFlag, handler = std::move(handler)] {
+                --self->m_stepsUnderWay;
                 self->setFlags(success ? self->flags() | successFlag : kDRMigrateDataTypeFlagError);
                 handler(self, success);
             });

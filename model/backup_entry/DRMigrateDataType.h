@@ -51,6 +51,9 @@ public:
     void mergeDataFromWithHandler(const std::shared_ptr<const DRMigrateDataType>& source, Handler handler);
     void saveWithHandler(Handler handler);
 
+    /// Whether one of these steps is under way, in the background or with its handler still to come. Main thread.
+    [[nodiscard]] bool isWorking() const { return m_stepsUnderWay > 0; }
+
     [[nodiscard]] bool isLoaded() const { return (m_flags & kDRMigrateDataTypeFlagLoaded) != 0; }
     [[nodiscard]] bool isMerged() const { return (m_flags & kDRMigrateDataTypeFlagMerged) != 0; }
     [[nodiscard]] bool isSaved() const { return (m_flags & kDRMigrateDataTypeFlagSaved) != 0; }
@@ -142,6 +145,7 @@ private:
     QString m_sourceKey;
     QString m_packetID;
     qint64 m_flags = 0;
+    int m_stepsUnderWay = 0;
     bool m_manifestMissing = false;
     bool m_ignoreDataType = false;
 

@@ -72,15 +72,17 @@ quint64 DRMigrateMediaDataType::bytesTransferred() const
 
 qsizetype DRMigrateMediaDataType::mediaCountOfFileKinds(quint32 mask) const
 {
-    const auto files = filesOf(*entries());
-    return std::ranges::count_if(files, [mask](const auto& file) { return (file->fileKind() & mask) != 0; });
+    const DREntries all = entries();
+    const auto files = recordsOf<DRDCFilePointer>(*all); // not copied: asked for again and again while kinds are loaded
+    return std::ranges::count_if(files, [mask](const auto* file) { return ((*file)->fileKind() & mask) != 0; });
 }
 
 quint64 DRMigrateMediaDataType::bytesNeededForFileKinds(quint32 mask) const
 {
-    const auto files = filesOf(*entries());
-    return std::accumulate(files.begin(), files.end(), quint64{0}, [mask](quint64 sum, const auto& file) {
-        return (file->fileKind() & mask) != 0 ? sum + file->filesize() : sum;
+    const DREntries all = entries();
+    const auto files = recordsOf<DRDCFilePointer>(*all);
+    return std::accumulate(files.begin(), files.end(), quint64{0}, [mask](quint64 sum, const auto* file) {
+        return ((*file)->fileKind() & mask) != 0 ? sum + (*file)->filesize() : sum;
     });
 }
 

@@ -113,6 +113,7 @@ public:
     explicit DRTestDevice(DRNotificationCenter& center) : m_center(center) {}
 
     bool connected = true;
+    QString name = QStringLiteral("Test Phone"); ///< that it is sold under
     quint32 baseVersion = 4;
     quint32 stateFlags = kStateFlagReady;
     QStringList packets;
@@ -123,7 +124,7 @@ public:
 
     [[nodiscard]] bool isConnected() const override { return connected; }
     [[nodiscard]] QString identifier() const override { return QStringLiteral("test-phone"); }
-    [[nodiscard]] QString marketingName() const override { return QStringLiteral("Test Phone"); }
+    [[nodiscard]] QString marketingName() const override { return name; }
     [[nodiscard]] quint32 androidBaseVersion() const override { return baseVersion; }
     [[nodiscard]] QString appProductRevision() const override { return QStringLiteral("1.2.3"); }
     [[nodiscard]] quint32 deviceStateFlags() const override { return stateFlags; }

@@ -42,6 +42,7 @@ private Q_SLOTS:
     void oneBackupLeadsStraightToTheDataAndBackToWelcome();
     void severalBackupsAreListed();
     void aBackupMadeMeanwhileIsFound();
+    void connectPhoneMovesOnWhenThePhoneIsReady_data();
     void connectPhoneMovesOnWhenThePhoneIsReady();
     void connectPhoneIgnoresThePhoneOnceLeft();
     void incompatiblePhoneCanOnlyCancel();
@@ -213,8 +214,16 @@ void TestRouting::aBackupMadeMeanwhileIsFound()
     QCOMPARE(f.currentKey(), u"selectData"_s);
 }
 
+void TestRouting::connectPhoneMovesOnWhenThePhoneIsReady_data()
+{
+    QTest::addColumn<bool>("isAnnounced");
+    QTest::newRow("a phone that is new") << true;
+    QTest::newRow("a phone that comes back") << false;
+}
+
 void TestRouting::connectPhoneMovesOnWhenThePhoneIsReady()
 {
+    QFETCH(const bool, isAnnounced);
     WizardFixture f;
     f.device->packets = {DRMigrateKeys::kNotesPacket};
     f.choose({DRMigrateKeys::kNotes});
@@ -222,9 +231,13 @@ void TestRouting::connectPhoneMovesOnWhenThePhoneIsReady()
     f.sequence->gotoTransferWithDevice(nullptr, 0);
     QCOMPARE(f.sequence->currentStep()->stateMask(), 1);
     f.connectPhone();
+    f.timers.advance(std::chrono::seconds(5));
     QCOMPARE(f.currentKey(), u"connectPhone"_s);
     f.device->stateFlags = DRDCDevice::kStateFlagReady;
-    f.connectPhone();
+    if (isAnnounced) {
+        f.connectPhone();
+    }
+    f.timers.advance(std::chrono::seconds(1));
     QVERIFY2(f.currentKey() == u"memoryWarning"_s, "1 MiB of notes does not fit into 0 bytes");
     QVERIFY(f.analytics.takeEvents().contains(u"Migrate|Sequence error|Error: 1"_s));
     f.device->freeBytes = 1048576;

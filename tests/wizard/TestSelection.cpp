@@ -57,6 +57,9 @@ private Q_SLOTS:
     void musicBringsVoiceMemos();
     void nextNeedsASelectionOnceABoxHasChanged();
     void countsAreDroppedOnceThePageIsLeft();
+    void statesOfTheContent();
+    void nextWaitsForWhatIsLoading_data();
+    void nextWaitsForWhatIsLoading();
     void memoryWarningOffersTheMedia();
     void storage_data();
     void storage();
@@ -127,6 +130,72 @@ void TestSelection::countsAreDroppedOnceThePageIsLeft()
     f.sequence.reset();
     f.queue.runAll();
     QVERIFY2(f.queue.isEmpty(), "loads end also when the wizard is gone");
+}
+
+void TestSelection::statesOfTheContent()
+{
+    Selection f;
+    f.script.failingSteps = {u"load contacts"_s, u"load voicememos"_s};
+    const auto& page = f.show<DRMGSequenceStepSelectData>(DRMGStepKeys::kSelectData);
+    using State = DRKindContent::State;
+    const auto states = [&page] {
+        QList<State> all;
+        for (const DRMGSelectionBox& box : page.boxes()) {
+            all << box.state;
+        }
+        return all;
+    };
+    QCOMPARE(states(), QList<State>(8, State::Loading));
+    f.queue.runAll();
+    QVERIFY2(states() == (QList<State>{State::Unreadable, State::Loaded, State::Loaded, State::Loaded, State::Loaded,
+                                       State::Loaded, State::Loaded, State::Unreadable}),
+             "memos that cannot be read show at the box that stands for them");
+    QCOMPARE(DRMGSelection::contentState(*f.makeEntry(), kNotes), State::NotSupported);
+}
+
+void TestSelection::nextWaitsForWhatIsLoading_data()
+{
+    QTest::addColumn<QStringList>("cleared"); ///< while it waits
+    QTest::addColumn<QString>("key");
+    QTest::newRow("goes on") << QStringList() << u"memoryWarning"_s;
+    QTest::newRow("goes on with less") << QStringList{kNotes} << u"memoryWarning"_s;
+    QStringList all;
+    for (const DRMGSelectionCategory& category : DRMGSelection::categories()) {
+        all << category.key;
+    }
+    QTest::newRow("stays when nothing is left") << all << u"selectData"_s;
+}
+
+void TestSelection::nextWaitsForWhatIsLoading()
+{
+    QFETCH(const QStringList, cleared);
+    Selection f;
+    f.connectPhone();
+    auto& page = f.show<DRMGSequenceStepSelectData>(DRMGStepKeys::kSelectData);
+    f.sequence->pressNext();
+    QVERIFY(page.isWaitingForContent());
+    QCOMPARE(page.stateMask(), 5);
+    for (const QString& key : cleared) {
+        page.setTicked(key, false);
+        QCOMPARE(page.stateMask(), 5);
+    }
+    for (int i = 0; i < 7; ++i) {
+        QVERIFY(f.queue.runOneInBackground() && f.queue.runMain());
+        QVERIFY2(f.currentKey() == u"selectData"_s, "one is still loading");
+    }
+    f.queue.runAll();
+    QTEST(f.currentKey(), "key");
+    QVERIFY(!page.isWaitingForContent());
+    if (f.currentKey() == u"memoryWarning"_s) {
+        const auto& warning = *qobject_cast<DRMGSequenceStepMemoryWarning*>(f.sequence->currentStep());
+        QVERIFY(described(warning.boxes()).contains(u"+images 1 100 bytes"_s));
+        QCOMPARE(warning.storageRows().at(2).sizeBytes, 3000U);
+    }
+    f.sequence->gotoStepForKey(DRMGStepKeys::kSelectData);
+    f.sequence->pressNext();
+    f.sequence->pressCancel();
+    f.queue.runAll();
+    QVERIFY2(f.currentKey() == u"welcome"_s, "who goes back no longer waits");
 }
 
 void TestSelection::memoryWarningOffersTheMedia()

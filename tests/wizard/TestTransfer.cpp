@@ -1,5 +1,5 @@
 #include "tests/wizard/TransferFixture.h"
-#include "wizard/DRMediumDateText.h"
+#include "wizard/DRDateText.h"
 
 #include <functional>
 #include <optional>

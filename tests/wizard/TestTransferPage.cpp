@@ -1,5 +1,5 @@
 #include "tests/wizard/TransferFixture.h"
-#include "wizard/DRMediumDateText.h"
+#include "wizard/DRDateText.h"
 
 #include <QLocale>
 
@@ -26,6 +26,7 @@ private Q_SLOTS:
     void leavingThePage_data();
     void leavingThePage();
     void lateCompletionsOfAnEarlierRunAreDropped();
+    void runWaitsForWhatTheOneBeforeStillDoes();
     void handlersOutliveTheWizard();
     void whoIsWarnedMayStopTheRun();
     void buttons();
@@ -88,16 +89,35 @@ void TestTransferPage::lateCompletionsOfAnEarlierRunAreDropped()
     QCOMPARE(f.errorState(), 0);
 }
 
+/// Both would write into one folder.
+void TestTransferPage::runWaitsForWhatTheOneBeforeStillDoes()
+{
+    Run f;
+    f.begin({kNotes});
+    f.lastTask().finishPackets();
+    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
+    f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
+    f.timers.advance(1000ms);
+    QCOMPARE(f.device->tasks.size(), std::size_t{1});
+    QCOMPARE(f.step().progressPhase(), Phase::NotStarted);
+    f.queue.runAll();
+    f.timers.advance(100ms);
+    QCOMPARE(f.device->tasks.size(), std::size_t{2});
+    QCOMPARE(f.step().progressPhase(), Phase::BackUp);
+}
+
 void TestTransferPage::handlersOutliveTheWizard()
 {
     Run f;
     f.begin({kNotes});
     const auto fetching = f.device->tasks.back();
+    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
+    f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
     f.lastTask().finishPackets();
     f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
     f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
     f.sequence.reset();
-    f.device->tasks.back()->finishPackets();
+    fetching->finishPackets();
     f.queue.runAll();
     f.timers.advance(5000ms);
     QVERIFY(f.queue.isEmpty());

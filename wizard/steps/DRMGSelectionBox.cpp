@@ -113,6 +113,30 @@ qsizetype itemCount(const DRMigrateBackupEntry& entry, const QString& key)
     return media ? media->mediaCountOfFileKinds(box->fileKinds) : 0;
 }
 
+DRKindContent::State contentState(const DRMigrateBackupEntry& entry, const QString& key)
+{
+    const auto state = DRKindContent::stateOf(key, entry);
+    if (key != DRMigrateKeys::kMusic) {
+        return state;
+    }
+    const auto memos = DRKindContent::stateOf(DRMigrateKeys::kVoiceMemos, entry);
+    using State = DRKindContent::State;
+    static constexpr std::array kWeightiestFirst{State::Loading, State::Unreadable, State::Loaded, State::NotAvailable,
+                                                 State::NotInBackup};
+    for (const State one : kWeightiestFirst) {
+        if (state == one || memos == one) {
+            return one;
+        }
+    }
+    return State::NotSupported;
+}
+
+QString labelIdentifier(const QString& key)
+{
+    const auto found = std::ranges::find(categories(), key, &DRMGSelectionCategory::key);
+    return found == categories().end() ? QString() : found->labelIdentifier;
+}
+
 quint64 mediaBytes(const DRMigrateBackupEntry& entry, const QString& key)
 {
     const auto boxes = mediaBoxes();

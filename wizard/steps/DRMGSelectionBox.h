@@ -1,5 +1,7 @@
 #pragma once
 
+#include "wizard/DRKindContent.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -14,6 +16,7 @@ struct DRMGSelectionBox {
     bool isTicked = false;
     qsizetype count = 0;              ///< items found
     std::optional<quint64> sizeBytes; ///< shown when set
+    DRKindContent::State state = DRKindContent::State::Loaded;
 
     bool operator==(const DRMGSelectionBox&) const = default;
 };
@@ -55,6 +58,13 @@ namespace DRMGSelection {
 /// The count that a box shows once its data type is loaded: photos and videos are parts of the "images" data type,
 /// music and voice memos count together.
 [[nodiscard]] qsizetype itemCount(const DRMigrateBackupEntry& entry, const QString& key);
+
+/// What is known of a box's content. The one of music and memos is still loading while one of both is; else, what is
+/// wrong with one must not hide behind the other.
+[[nodiscard]] DRKindContent::State contentState(const DRMigrateBackupEntry& entry, const QString& key);
+
+/// The text under the box's identifier, with "%i" for the count; empty for an unknown key.
+[[nodiscard]] QString labelIdentifier(const QString& key);
 
 /// The bytes of a media box; 0 for other keys.
 [[nodiscard]] quint64 mediaBytes(const DRMigrateBackupEntry& entry, const QString& key);

@@ -3,7 +3,11 @@
 #include "model/backup_entry/DRMigrateServices.h"
 #include "platform/core/DRLocalizedStrings.h"
 #include "platform/device/DRDCDeviceController.h"
+#include "wizard/DRDateText.h"
+#include "wizard/DRMGHtml.h"
+#include "wizard/DRMGKindTexts.h"
 #include "wizard/DRMGSequence.h"
+#include "wizard/steps/DRMGSelectionBox.h"
 
 #include <utility>
 
@@ -22,6 +26,16 @@ QString DRMGSequenceStep::localizedTitle() const
     return text(m_heading);
 }
 
+std::optional<DRMGTooltip> DRMGSequenceStep::tooltipForLink(const QString&) const
+{
+    return std::nullopt;
+}
+
+bool DRMGSequenceStep::linkClicked(const QString&)
+{
+    return true;
+}
+
 DRMGSequence& DRMGSequenceStep::migration() const
 {
     auto* const migration = qobject_cast<DRMGSequence*>(sequence());
@@ -32,6 +46,30 @@ DRMGSequence& DRMGSequenceStep::migration() const
 QString DRMGSequenceStep::text(const QString& identifier) const
 {
     return m_context.strings.text(identifier);
+}
+
+QString DRMGSequenceStep::joined(const QString& format, const QStringList& identifiers) const
+{
+    QStringList texts;
+    for (const QString& identifier : identifiers) {
+        texts.append(text(identifier));
+    }
+    return DRMGHtml::joined(format, texts);
+}
+
+QString DRMGSequenceStep::boxLabel(const QString& key) const
+{
+    return text(DRMGSelection::labelIdentifier(key));
+}
+
+QString DRMGSequenceStep::boxStateText(const DRMGSelectionBox& box) const
+{
+    return DRMGKindTexts::state(m_context.strings, box.state);
+}
+
+QString DRMGSequenceStep::dateText(const QDateTime& moment) const
+{
+    return moment.isValid() ? shortDateText(moment) : text(u"wizard_date_unknown"_s);
 }
 
 DRDCDevicePointer DRMGSequenceStep::activeDevice() const

@@ -4,8 +4,12 @@
 #include "platform/device/DRDCDevice.h"
 #include "platform/sequence/DRSequenceStep.h"
 #include "wizard/DRMGContext.h"
+#include "wizard/DRMGTooltip.h"
+
+#include <optional>
 
 class DRMGSequence;
+struct DRMGSelectionBox;
 
 /// What the wizard's steps have in common: heading and name of the page, and the values that they share. Works only as
 /// part of a `DRMGSequence`.
@@ -17,6 +21,13 @@ public:
     [[nodiscard]] QString localizedTitle() const override;
 
     [[nodiscard]] QStringList analyticsPageViewComponents() const override { return m_pageViewComponents; }
+
+    /// What opens over the link of the page's texts; none for a link without tooltip. Names are compared in any case.
+    [[nodiscard]] virtual std::optional<DRMGTooltip> tooltipForLink(const QString& link) const;
+
+    /// A link was clicked, by its name. True when that has been dealt with; the base has nothing to do, since most links
+    /// only carry a tooltip.
+    virtual bool linkClicked(const QString& link);
 
 protected:
     struct Page {
@@ -34,6 +45,18 @@ protected:
 
     /// The text under the identifier; empty when there is none.
     [[nodiscard]] QString text(const QString& identifier) const;
+
+    /// The texts under the identifiers, put in the places of "%@" in the format.
+    [[nodiscard]] QString joined(const QString& format, const QStringList& identifiers) const;
+
+    /// The label of a selection box, with "%i" in the place of the count.
+    [[nodiscard]] QString boxLabel(const QString& key) const;
+
+    /// What is to be said of the box's content; empty when it is simply there.
+    [[nodiscard]] QString boxStateText(const DRMGSelectionBox& box) const;
+
+    /// The moment in the short style; the word for an unknown one when it is null.
+    [[nodiscard]] QString dateText(const QDateTime& moment) const;
 
     /// The phone in use; null when there is none.
     [[nodiscard]] DRDCDevicePointer activeDevice() const;

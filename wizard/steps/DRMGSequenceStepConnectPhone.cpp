@@ -7,6 +7,12 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr std::chrono::milliseconds kLookInterval{1000};
+
+} // namespace
+
 DRMGSequenceStepConnectPhone::DRMGSequenceStepConnectPhone(const DRMGContext& context)
     : DRMGSequenceStep(context,
                        {.key = DRMGStepKeys::kConnectPhone,
@@ -24,6 +30,8 @@ void DRMGSequenceStepConnectPhone::stepDidAppearInDirection(DRSequenceDirection 
         sequence()->next();
         return;
     }
+    // A phone that was in use and comes back is not announced anew.
+    m_lookTimer = context().timers.repeatEvery(kLookInterval, [this] { goOnIfReady(); });
     DRNotificationCenter& center = context().services.notificationCenter;
     m_registrations.push_back(center.observe(DRDCNotifications::kActiveDeviceWillFinishInit,
                                              [this](const DRNotification&) { deviceWillBecomeActive(); }));
@@ -34,6 +42,7 @@ void DRMGSequenceStepConnectPhone::stepDidAppearInDirection(DRSequenceDirection 
 
 void DRMGSequenceStepConnectPhone::stepWillDisappear()
 {
+    m_lookTimer.reset();
     m_registrations.clear();
     DRMGSequenceStep::stepWillDisappear();
 }
@@ -42,6 +51,39 @@ bool DRMGSequenceStepConnectPhone::sequenceShouldChangeToNextStep()
 {
     routeTowardsTransfer();
     return false;
+}
+
+QString DRMGSequenceStepConnectPhone::bodyText() const
+{
+    return text(m_isDeviceDetected ? u"IDD_STEPWIZ_DETECT_PHONE_IDC_STATIC"_s
+                                   : u"IDD_STEPWIZ_CONNECT_PHONE_IDC_STATIC"_s);
+}
+
+QString DRMGSequenceStepConnectPhone::noteText() const
+{
+    if (m_isDeviceDetected) {
+        return text(u"IDD_STEPWIZ_DETECT_PHONE_IDC_STATIC_2"_s);
+    }
+    return joined(u"%@\n%@"_s,
+                  {u"IDD_STEPWIZ_CONNECT_PHONE_IDC_STATIC_2"_s, u"IDD_STEPWIZ_CONNECT_PHONE_IDC_STATIC_3"_s});
+}
+
+QString DRMGSequenceStepConnectPhone::imageName() const
+{
+    return u"migrate_connect_phone"_s;
+}
+
+QString DRMGSequenceStepConnectPhone::imageText() const
+{
+    return text(m_isDeviceDetected ? u"wizard_name_connecting"_s : u"wizard_name_connect_picture"_s);
+}
+
+void DRMGSequenceStepConnectPhone::goOnIfReady()
+{
+    const DRDCDevicePointer device = activeDevice();
+    if (device && device->hasStateFlag(DRDCDevice::kStateFlagReady)) {
+        deviceDidFinishEnumeration();
+    }
 }
 
 void DRMGSequenceStepConnectPhone::deviceWillBecomeActive()

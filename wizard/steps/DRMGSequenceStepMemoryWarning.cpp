@@ -70,6 +70,31 @@ void DRMGSequenceStepMemoryWarning::setTicked(const QString& key, bool ticked)
     saveSelections();
 }
 
+QString DRMGSequenceStepMemoryWarning::bodyHtml() const
+{
+    return joined(u"%@<br />%@"_s,
+                  {u"IDD_STEPWIZ_OUT_OF_MEMORY_IDC_STATIC"_s, u"IDD_STEPWIZ_OUT_OF_MEMORY_IDC_TEXT"_s});
+}
+
+QString DRMGSequenceStepMemoryWarning::pressNextHtml() const
+{
+    return text(u"IDD_STEPWIZ_OUT_OF_MEMORY_IDC_STATIC_2"_s);
+}
+
+std::vector<DRMGSequenceStepMemoryWarning::StorageRow> DRMGSequenceStepMemoryWarning::storageRows() const
+{
+    return {{text(u"memory_bar_other"_s), m_storage.other},
+            {text(u"memory_bar_music"_s), m_storage.music},
+            {text(u"memory_bar_videos"_s), m_storage.videos},
+            {text(u"memory_bar_images"_s), m_storage.images},
+            {text(u"wizard_storage_free"_s), m_storage.free}};
+}
+
+QString DRMGSequenceStepMemoryWarning::storageName() const
+{
+    return text(u"wizard_name_storage"_s);
+}
+
 void DRMGSequenceStepMemoryWarning::updateEntry()
 {
     m_boxes.clear();
@@ -82,7 +107,7 @@ void DRMGSequenceStepMemoryWarning::updateEntry()
         m_boxes.push_back({.key = key,
                            .isTicked = selection.contains(key),
                            .count = DRMGSelection::itemCount(*entry, key),
-                           .sizeBytes = std::nullopt});
+                           .state = DRMGSelection::contentState(*entry, key)});
     }
     updateMemoryWithEntry(*entry);
 }

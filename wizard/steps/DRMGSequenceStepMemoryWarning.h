@@ -24,6 +24,22 @@ public:
 
     /// One box per media kind, in display order, with sizes.
     [[nodiscard]] const DRMGSelectionBoxes& boxes() const { return m_boxes; }
+    using DRMGSequenceStep::boxLabel;
+    using DRMGSequenceStep::boxStateText;
+
+    /// Above and below the boxes.
+    [[nodiscard]] QString bodyHtml() const;
+    [[nodiscard]] QString pressNextHtml() const;
+
+    /// The storage in words, from left to right as the bar shows it, and the bar's name for screen readers.
+    struct StorageRow {
+        QString label;
+        quint64 sizeBytes = 0;
+
+        bool operator==(const StorageRow&) const = default;
+    };
+    [[nodiscard]] std::vector<StorageRow> storageRows() const;
+    [[nodiscard]] QString storageName() const;
 
     /// The phone's storage with the ticked media on it; all 0 without a phone.
     [[nodiscard]] const DRMGStorageFigures& storage() const { return m_storage; }

@@ -22,6 +22,10 @@ public:
     [[nodiscard]] bool sequenceShouldChangeToNextStep() override;
     [[nodiscard]] bool sequenceShouldCancel() override;
 
+    /// What is wrong and how to make a backup that helps; empty without a reason.
+    [[nodiscard]] QString reasonHtml() const;
+    [[nodiscard]] QString noteHtml() const;
+
     /// Set by the routing before the page is shown.
     [[nodiscard]] Reason backupNeededReason() const { return m_backupNeededReason; }
     void setBackupNeededReason(Reason reason);

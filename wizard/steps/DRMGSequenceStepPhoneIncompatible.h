@@ -13,4 +13,10 @@ public:
 
     /// Sends the error event, on every visit.
     void stepDidAppearInDirection(DRSequenceDirection direction) override;
+
+    /// Names the phone.
+    [[nodiscard]] QString bodyHtml() const;
+
+    /// "contactssetup" ends the sequence as cancelled and asks the program for its own set-up of contacts.
+    bool linkClicked(const QString& link) override;
 };

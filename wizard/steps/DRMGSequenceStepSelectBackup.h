@@ -25,6 +25,28 @@ public:
     /// The newest backup of each iPhone, the newest first.
     [[nodiscard]] const std::vector<DRMigrateIPhoneBackupEntryPointer>& backupList() const { return m_backupList; }
 
+    /// A row of the list as it is shown.
+    struct Row {
+        QString name;      ///< of the device, plain text
+        QString date;      ///< when the backup was made, short style
+        QString imageName; ///< tells whether the backup can be used
+        QString imageText; ///< the same in words
+    };
+
+    /// The row of `backupList`; empty for a row outside it.
+    [[nodiscard]] Row row(int row) const;
+
+    [[nodiscard]] QString bodyHtml() const;
+
+    /// The link "1" below the list, which carries a tooltip.
+    [[nodiscard]] QString notShownHtml() const;
+    [[nodiscard]] std::optional<DRMGTooltip> tooltipForLink(const QString& link) const override;
+
+    /// For screen readers: the list and its columns.
+    [[nodiscard]] QString listName() const;
+    [[nodiscard]] QString nameColumnTitle() const;
+    [[nodiscard]] QString dateColumnTitle() const;
+
     /// The selected row of the list; -1 when none is.
     [[nodiscard]] int selectedRow() const { return m_selectedRow; }
 
@@ -32,6 +54,8 @@ public:
     void selectRow(int row);
 
 private:
+    [[nodiscard]] bool isInList(int row) const;
+
     std::vector<DRMigrateIPhoneBackupEntryPointer> m_backupList;
     int m_selectedRow = -1;
 };

@@ -6,8 +6,9 @@
 #include "wizard/steps/DRMGSequenceStep.h"
 
 /// The page that offers the kinds of content, with counts that fill in as the iPhone backup's data types finish
-/// loading. Next routes towards the transfer; Cancel, labelled Back, routes backward. The selection is kept whenever a
-/// box changes and when the page is left.
+/// loading. Next routes towards the transfer, but waits for what is still loading: sizes and lists of files would be
+/// incomplete. Cancel, labelled Back, routes backward. The selection is kept whenever a box changes and when the page
+/// is left.
 class DRMGSequenceStepSelectData final : public DRMGSequenceStep, private DRMigrateBackupEntryDelegate {
     Q_OBJECT
 
@@ -26,6 +27,23 @@ public:
 
     /// One box per category, in display order. All are ticked before the first selection.
     [[nodiscard]] const DRMGSelectionBoxes& boxes() const { return m_boxes; }
+    using DRMGSequenceStep::boxLabel;
+    using DRMGSequenceStep::boxStateText;
+
+    /// Whether Next was pressed and the page goes on by itself as soon as everything is loaded. Next is disabled then.
+    [[nodiscard]] bool isWaitingForContent() const { return m_isWaitingForContent; }
+    [[nodiscard]] QString waitingText() const;
+
+    [[nodiscard]] QString bodyHtml() const;
+
+    /// When the backup was made; coloured, with the link "oldbackup", when that is more than 30 days ago.
+    [[nodiscard]] QString backupInfoHtml() const;
+    [[nodiscard]] std::optional<DRMGTooltip> tooltipForLink(const QString& link) const override;
+
+    /// The iPhone's name, plain text, and its picture.
+    [[nodiscard]] QString deviceName() const;
+    [[nodiscard]] QString imageName() const;
+    [[nodiscard]] QString imageText() const;
 
     /// Ticks or clears a box. Next is enabled while any is ticked.
     void setTicked(const QString& key, bool ticked);
@@ -33,9 +51,12 @@ public:
 private:
     void dataTypeHasBeenLoaded(DRMigrateBackupEntry& entry, DRMigrateDataType& dataType) override;
     void updateWithEntry(const DRMigrateBackupEntry& entry);
-    void updateCount(const DRMigrateBackupEntry& entry, const QString& key);
+    void updateContent(const DRMigrateBackupEntry& entry);
+    [[nodiscard]] bool isLoading() const;
+    void updateStateMask();
     void saveSelections();
 
     DRMGSelectionBoxes m_boxes;
+    bool m_isWaitingForContent = false;
     DRMGEntryObservation m_observation;
 };

@@ -53,7 +53,7 @@ void DRMGSequenceStepTransfer::stepWillAppearInDirection(DRSequenceDirection dir
     m_isAnimating = true;
     m_isCancelled = false;
     Q_EMIT contentChanged();
-    backupPackets();
+    begin();
 }
 
 void DRMGSequenceStepTransfer::stepDidAppearInDirection(DRSequenceDirection direction)
@@ -64,6 +64,7 @@ void DRMGSequenceStepTransfer::stepDidAppearInDirection(DRSequenceDirection dire
 
 void DRMGSequenceStepTransfer::stepWillDisappear()
 {
+    m_startTimer.reset();
     m_progressTimer.reset();
     m_closingTimer.reset();
     m_registrations.clear();
@@ -78,8 +79,49 @@ void DRMGSequenceStepTransfer::stepWillDisappear()
 
 QString DRMGSequenceStepTransfer::phoneBackupFolder() const
 {
-    const auto entry = androidEntry();
+    const auto entry = phoneEntry();
     return entry ? entry->backupPath() : QString();
+}
+
+QString DRMGSequenceStepTransfer::phaseText() const
+{
+    static constexpr std::array<std::pair<Phase, const char16_t*>, 7> kPhaseTexts{{
+        {Phase::BackUp, u"wizard_phase_back_up"},
+        {Phase::Load, u"wizard_phase_load"},
+        {Phase::Merge, u"wizard_phase_merge"},
+        {Phase::Save, u"wizard_phase_save"},
+        {Phase::Restore, u"wizard_phase_restore"},
+        {Phase::TransferMedia, u"wizard_phase_transfer_media"},
+        {Phase::Done, u"wizard_phase_done"},
+    }};
+    if (isWaitingForPhone()) {
+        return text(u"wizard_phase_waiting"_s);
+    }
+    const auto* const found =
+        std::ranges::find(kPhaseTexts, m_progressPhase, &std::pair<Phase, const char16_t*>::first);
+    return found == kPhaseTexts.end() ? QString() : text(QString::fromUtf16(found->second));
+}
+
+bool DRMGSequenceStepTransfer::isWaitingForPhone() const
+{
+    return m_isAnimating && m_progressPhase != Phase::Done && !activeDevice();
+}
+
+QString DRMGSequenceStepTransfer::progressName() const
+{
+    return text(u"wizard_name_progress"_s);
+}
+
+QString DRMGSequenceStepTransfer::animationName() const
+{
+    return text(u"wizard_name_animation"_s);
+}
+
+QStringList DRMGSequenceStepTransfer::typesToMove() const
+{
+    QStringList keys = selectedTypes();
+    keys.removeIf([&leftOut = migration().gate().leftOut()](const QString& key) { return leftOut.contains(key); });
+    return keys;
 }
 
 QString DRMGSequenceStepTransfer::timeText(double secondsRemaining)
@@ -122,12 +164,16 @@ void DRMGSequenceStepTransfer::finish(ErrorState errorState)
     auto* const complete = qobject_cast<DRMGSequenceStepComplete*>(migration().stepForKey(DRMGStepKeys::kComplete));
     Q_ASSERT(complete != nullptr);
     complete->setErrorState(errorState);
+    Q_EMIT willEnd();
     sequence()->next();
 }
 
 void DRMGSequenceStepTransfer::resetRun()
 {
     ++m_runNumber;
+    if (const auto entry = phoneEntry()) {
+        m_formerEntry = entry;
+    }
     m_progressFraction = 0.0;
     m_secondsRemaining = 0.0;
     m_progressHtml.clear();
@@ -153,7 +199,7 @@ void DRMGSequenceStepTransfer::setProgressPhase(Phase phase)
 
 void DRMGSequenceStepTransfer::updateProgress(double deltaSeconds)
 {
-    const auto entry = androidEntry();
+    const auto entry = phoneEntry();
     const auto progress = entry ? entry->progressWithDelta(deltaSeconds) : DRMigrateBackupEntry::Progress();
     m_progressFraction = progress.fraction;
     m_secondsRemaining = progress.secondsRemaining;
@@ -168,8 +214,9 @@ void DRMGSequenceStepTransfer::observeDeviceEvents()
         const QString& name;
         void (Self::*handler)(const DRNotification&);
     };
-    const std::array<ObservedEvent, 14> events{{
+    const std::array<ObservedEvent, 15> events{{
         {DRDCNotifications::kActiveDeviceWillChange, &Self::noteDeviceEvent},
+        {DRDCNotifications::kActiveDeviceDidFinishEnumeration, &Self::activeDeviceDidFinishEnumeration},
         {DRDCNotifications::kTaskDidUpdate, &Self::deviceTaskDidUpdateTask},
         {DRDCNotifications::kWillBeginBackup, &Self::noteDeviceEvent},
         {DRDCNotifications::kDidFinishBackup, &Self::noteDeviceEvent},
@@ -189,6 +236,15 @@ void DRMGSequenceStepTransfer::observeDeviceEvents()
         m_registrations.push_back(context().services.notificationCenter.observe(
             event.name,
             [this, handler = event.handler](const DRNotification& notification) { (this->*handler)(notification); }));
+    }
+}
+
+/// The run did not begin for want of a phone. This may be another one, so it takes the same road again.
+void DRMGSequenceStepTransfer::activeDeviceDidFinishEnumeration(const DRNotification& notification)
+{
+    noteDeviceEvent(notification);
+    if (m_progressPhase == Phase::NotStarted) {
+        routeTowardsTransfer();
     }
 }
 
@@ -215,7 +271,7 @@ void DRMGSequenceStepTransfer::deviceTaskDidFinishRestorePacket(const DRNotifica
 void DRMGSequenceStepTransfer::markPacket(const DRNotification& notification, qint64 flag)
 {
     const QString packetID = notification.userInfo.value(DRDCNotifications::kBackupPacketKey).toString();
-    const auto entry = androidEntry();
+    const auto entry = phoneEntry();
     const auto dataType = entry ? entry->dataTypeForKey(packetID) : nullptr;
     if (dataType) {
         dataType->setFlags(dataType->flags() | flag);
@@ -240,7 +296,7 @@ void DRMGSequenceStepTransfer::addErrorDetails(const std::vector<DRDCPacketProbl
     }
 }
 
-std::shared_ptr<DRMigrateAndroidBackupEntry> DRMGSequenceStepTransfer::androidEntry() const
+std::shared_ptr<DRMigrateAndroidBackupEntry> DRMGSequenceStepTransfer::phoneEntry() const
 {
     return sequence()->parameters().value<std::shared_ptr<DRMigrateAndroidBackupEntry>>(
         DRMGSequence::kAndroidBackupEntry);

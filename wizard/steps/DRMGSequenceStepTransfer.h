@@ -19,7 +19,8 @@ class DRMigrateAndroidBackupEntry;
 /// The step that does the migration. As soon as it is shown it runs a chain of phases, each started by the completion
 /// of the one before: fetch the phone's packets, load, merge, save, restore, copy media. Each completion first checks
 /// `isCancelled`, which leaving the page sets; completions of an earlier run are dropped altogether. Every failure
-/// leads to the closing step with its `errorState`. Without a phone at the start the page stays idle.
+/// leads to the closing step with its `errorState`. Without a phone at the start the page stays idle. What an earlier
+/// run still does in the background is waited for.
 ///
 /// Neither Next nor, while packets are restored and media are copied, Cancel can be pressed; otherwise both are the
 /// sequence's own.
@@ -62,6 +63,21 @@ public:
     [[nodiscard]] QString noteHtml() const { return m_noteHtml; }
     [[nodiscard]] QString progressHtml() const { return m_progressHtml; }
 
+    /// What the run does at the moment, for a person, or that it waits for the phone. Plain text; empty before.
+    [[nodiscard]] QString phaseText() const;
+
+    /// Whether the page is shown and the phone is not there. Before the first phase the run begins as soon as it is
+    /// back; later a lost phone ends it at the next completion. May change with every
+    /// `progressChanged`.
+    [[nodiscard]] bool isWaitingForPhone() const;
+
+    /// For screen readers: the progress bar and the animation.
+    [[nodiscard]] QString progressName() const;
+    [[nodiscard]] QString animationName() const;
+
+    /// The phone's entry of this run; null before it is made.
+    [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> phoneEntry() const;
+
     /// Whether the page's animation runs.
     [[nodiscard]] bool isAnimating() const { return m_isAnimating; }
 
@@ -92,12 +108,16 @@ Q_SIGNALS:
     /// Also when there are only media to copy.
     void restoreWillBegin();
 
+    /// The run is over, well or not, and the closing page comes next. Not after a cancelled run.
+    void willEnd();
+
 private:
     using ErrorState = DRMGSequenceStepComplete::ErrorState;
     using EntryTest = bool (DRMigrateBackupEntry::*)() const;
     using Continuation = void (DRMGSequenceStepTransfer::*)();
 
     // Fetching the phone's packets.
+    void begin();
     void backupPackets();
     [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> makeAndroidEntry(const DRDCDevicePointer& device) const;
     [[nodiscard]] QStringList movableTypes() const;
@@ -146,6 +166,7 @@ private:
     void setProgressPhase(Phase phase);
     void updateProgress(double deltaSeconds);
     void observeDeviceEvents();
+    void activeDeviceDidFinishEnumeration(const DRNotification& notification);
     void noteDeviceEvent(const DRNotification& notification);
     void deviceTaskDidUpdateTask(const DRNotification& notification);
     void deviceTaskDidFinishBackupPacket(const DRNotification& notification);
@@ -156,8 +177,8 @@ private:
     void addErrorDetails(const std::vector<DRDCPacketProblem>& problems);
     void addErrorDetails(const DRMigrateBackupEntry& entry);
 
-    /// The phone's entry of this run; null before it is made.
-    [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> androidEntry() const;
+    /// The selected types without those that the person left out at the last moment.
+    [[nodiscard]] QStringList typesToMove() const;
 
     /// A handler for work that outlives the page: it does nothing when this step is gone or another run has begun.
     template <typename Result, typename Action>
@@ -183,7 +204,9 @@ private:
     QStringList m_errorDetails;
     std::vector<DRDCPacketProblem> m_skippedPackets;
 
+    std::shared_ptr<DRMigrateAndroidBackupEntry> m_formerEntry; ///< of the run before, as long as that may matter
     DRMGEntryObservation m_observation;
+    std::unique_ptr<DRTimer> m_startTimer;
     std::unique_ptr<DRTimer> m_progressTimer;
     std::unique_ptr<DRTimer> m_closingTimer;
     std::vector<std::unique_ptr<DRNotificationCenter::Registration>> m_registrations;

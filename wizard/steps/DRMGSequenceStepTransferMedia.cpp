@@ -53,7 +53,7 @@ void DRMGSequenceStepTransfer::transferFilesOf(const QString& key,
     if (m_isCancelled) {
         return;
     }
-    const auto entry = androidEntry();
+    const auto entry = phoneEntry();
     const auto media = entry ? std::dynamic_pointer_cast<DRMigrateMediaDataType>(entry->dataTypeForKey(key)) : nullptr;
     if (!media) {
         (this->*done)(std::nullopt);

@@ -10,7 +10,7 @@
 #include "platform/core/DRClock.h"
 #include "platform/device/DRBRBackupInfo.h"
 #include "platform/device/DRBRBackupRestoreController.h"
-#include "wizard/DRMediumDateText.h"
+#include "wizard/DRDateText.h"
 #include "wizard/DRMGSequence.h"
 
 #include <chrono>
@@ -51,6 +51,18 @@ QStringList failureTexts(const DRMigrateDataType& dataType)
 
 } // namespace
 
+/// What an earlier run still has under way would write into the working folder of this one.
+void DRMGSequenceStepTransfer::begin()
+{
+    m_startTimer.reset();
+    if (m_formerEntry && m_formerEntry->isWorking()) {
+        m_startTimer = context().timers.runAfter(kProgressInterval, [this] { begin(); });
+        return;
+    }
+    m_formerEntry.reset();
+    backupPackets();
+}
+
 void DRMGSequenceStepTransfer::backupPackets()
 {
     const DRDCDevicePointer device = activeDevice();
@@ -67,7 +79,7 @@ void DRMGSequenceStepTransfer::backupPackets()
     const auto entry = makeAndroidEntry(device);
     noteUnmovableTypes(*entry);
     if (entry->dataTypeKeys().isEmpty()) { // no completion would ever come
-        m_errorDetails = selectedTypes();
+        m_errorDetails = typesToMove();
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
         return;
     }
@@ -86,7 +98,7 @@ void DRMGSequenceStepTransfer::backupPackets()
 QStringList DRMGSequenceStepTransfer::movableTypes() const
 {
     const auto source = iPhoneBackupEntry();
-    QStringList keys = selectedTypes();
+    QStringList keys = typesToMove();
     keys.removeIf([&source](const QString& key) { return !source || !source->dataTypeForKey(dataTypeKeyOf(key)); });
     return keys;
 }
@@ -99,7 +111,7 @@ void DRMGSequenceStepTransfer::noteUnmovableTypes(const DRMigrateAndroidBackupEn
         fedKeys.append(entry.dataTypeForKey(key)->sourceKey());
     }
     const QStringList readable = movableTypes();
-    for (const QString& key : selectedTypes()) {
+    for (const QString& key : typesToMove()) {
         if (!readable.contains(key)) {
             addSkipped({{.packetID = key, .reason = u"it cannot be read from an iPhone backup yet"_s}});
         } else if (!fedKeys.contains(dataTypeKeyOf(key))) {
@@ -192,7 +204,7 @@ void DRMGSequenceStepTransfer::backupPacketsDone(const DRDCTaskResult* result, c
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
         return;
     }
-    const auto entry = androidEntry();
+    const auto entry = phoneEntry();
     if (result != nullptr) {
         leaveOutFailedPackets(*entry, *result);
     }
@@ -251,7 +263,7 @@ void DRMGSequenceStepTransfer::loadAllDone()
 void DRMGSequenceStepTransfer::mergeEntries()
 {
     const auto source = iPhoneBackupEntry();
-    const auto target = androidEntry();
+    const auto target = phoneEntry();
     if (m_isCancelled || !source || !target) {
         return;
     }
@@ -269,7 +281,7 @@ void DRMGSequenceStepTransfer::saveEntries()
     if (m_isCancelled) {
         return;
     }
-    const auto entry = androidEntry();
+    const auto entry = phoneEntry();
     m_observation.start(entry, *this);
     setProgressPhase(Phase::Save);
     entry->saveAll();

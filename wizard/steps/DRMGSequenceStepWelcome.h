@@ -13,4 +13,14 @@ public:
     void stepDidAppearInDirection(DRSequenceDirection direction) override;
 
     [[nodiscard]] bool sequenceShouldChangeToNextStep() override;
+
+    [[nodiscard]] QString bodyHtml() const;
+
+    /// What to prepare, each with a link that carries a tooltip: "1" in the first, "2" in the second.
+    [[nodiscard]] QString firstStepHtml() const;
+    [[nodiscard]] QString secondStepHtml() const;
+    [[nodiscard]] std::optional<DRMGTooltip> tooltipForLink(const QString& link) const override;
+
+private:
+    [[nodiscard]] QString stepHtml(const QStringList& identifiers, const QString& link) const;
 };

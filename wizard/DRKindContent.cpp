@@ -1,6 +1,5 @@
-#include "app/cli/DRKindContent.h"
+#include "wizard/DRKindContent.h"
 
-#include "app/cli/DRKinds.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "model/media/DRMigrateMediaDataType.h"
 
@@ -29,27 +28,35 @@ bool isFileKind(const QString& key)
            key == DRMigrateKeys::kVoiceMemos;
 }
 
-DRKindContent::State stateOf(const DRMigrateDataType* dataType)
+} // namespace
+
+QString DRKindContent::dataTypeKeyOf(const QString& key)
 {
-    if (dataType == nullptr) {
-        return DRKindContent::State::NotSupported;
-    }
-    if (dataType->report().isNotInBackup) {
-        return DRKindContent::State::NotInBackup;
-    }
-    if (!dataType->report().notAvailable.isEmpty()) {
-        return DRKindContent::State::NotAvailable;
-    }
-    return dataType->isLoaded() && !dataType->hasError() ? DRKindContent::State::Loaded
-                                                         : DRKindContent::State::Unreadable;
+    return key == DRMigrateKeys::kVideos ? DRMigrateKeys::kImages : key;
 }
 
-} // namespace
+DRKindContent::State DRKindContent::stateOf(const QString& key, const DRMigrateBackupEntry& entry)
+{
+    const DRMigrateDataTypePointer dataType = entry.dataTypeForKey(dataTypeKeyOf(key));
+    if (!dataType) {
+        return State::NotSupported;
+    }
+    if (!dataType->isLoaded() && !dataType->hasError()) {
+        return State::Loading;
+    }
+    if (dataType->report().isNotInBackup) {
+        return State::NotInBackup;
+    }
+    if (!dataType->report().notAvailable.isEmpty()) {
+        return State::NotAvailable;
+    }
+    return dataType->hasError() ? State::Unreadable : State::Loaded;
+}
 
 DRKindContent DRKindContent::of(const QString& key, const DRMigrateIPhoneBackupEntry& entry)
 {
-    const DRMigrateDataTypePointer dataType = entry.dataTypeForKey(DRKinds::dataTypeKeyOf(key));
-    DRKindContent content{.state = stateOf(dataType.get()), .isFiles = isFileKind(key), .counts = {}, .why = {}};
+    const DRMigrateDataTypePointer dataType = entry.dataTypeForKey(dataTypeKeyOf(key));
+    DRKindContent content{.state = stateOf(key, entry), .isFiles = isFileKind(key), .counts = {}, .why = {}};
     if (!dataType) {
         return content;
     }

@@ -2,10 +2,7 @@
 
 #include <vector>
 
-#include <QJsonObject>
-
-#include "app/cli/DRCommandOutcome.h"
-#include "app/cli/DRKindContent.h"
+#include "wizard/DRKindContent.h"
 #include "wizard/DRTransferLedger.h"
 
 /// What a transfer of a loaded backup to a phone would do: which kinds move and where to, which do not and why. Making
@@ -26,10 +23,21 @@ struct DRTransferPlan {
 
     struct Unmoved {
         enum class Weight { Skipped, Note };
+        enum class Reason {
+            NotSupported, ///< this program cannot read it
+            NotInBackup,
+            NotAvailable, ///< it cannot be had on this computer
+            Unreadable,
+            NoApp,           ///< the phone has no app for it
+            AppNotSupported, ///< this program cannot write to the phone's app for it
+        };
 
         QString key;
         Weight weight = Weight::Skipped; ///< a note for what is not in the backup, or what nobody asked for by name
-        QString why;
+        Reason reason = Reason::NotSupported;
+        QString detail; ///< why one is not available or not readable, for a person; may be empty
+
+        bool operator==(const Unmoved&) const = default;
     };
 
     std::vector<Kind> kinds;
@@ -49,17 +57,13 @@ struct DRTransferPlan {
     /// The selection keys that move.
     [[nodiscard]] QStringList keys() const;
 
-    /// Why a transfer after this plan would be refused; Done when it would not. A repeat is no reason when `again` was
-    /// given.
+    /// Those of them that go into apps, which a second transfer would double even if the first one broke off. A file that
+    /// is on the phone already is not copied again.
+    [[nodiscard]] QStringList appKeys() const;
+
+    /// The first thing that stands in a transfer's way. A repeat, or not knowing of one, is no obstacle when it is
+    /// allowed.
     enum class Repeats { Refused, Allowed };
-    [[nodiscard]] DRCommandOutcome refusal(Repeats repeats) const;
-
-    /// What a person should know before the start, such as kinds that are left out.
-    [[nodiscard]] QStringList notes() const;
-
-    /// For people: a table of what moves where, and the notes.
-    [[nodiscard]] QString text() const;
-
-    /// The values of the plan's JSON line, without its type.
-    [[nodiscard]] QJsonObject json() const;
+    enum class Obstacle { None, NothingMoves, LedgerDamaged, Repeated, NotEnoughSpace };
+    [[nodiscard]] Obstacle obstacle(Repeats repeats) const;
 };

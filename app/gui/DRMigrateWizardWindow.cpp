@@ -1,0 +1,188 @@
+#include "app/gui/DRMigrateWizardWindow.h"
+
+#include "app/DRMigrateStartup.h"
+#include "app/gui/DRQuestionBox.h"
+#include "wizard/DRMGSequence.h"
+#include "wizard/DRMGStepKeys.h"
+#include "wizard/pages/DRMGPages.h"
+#include "wizard/steps/DRMGSequenceStepTransfer.h"
+
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QIcon>
+#include <QMessageBox>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Answer = DRMGRepeatQuestion::Answer;
+using Phase = DRMGSequenceStepTransfer::Phase;
+
+} // namespace
+
+DRMigrateWizardWindow::DRMigrateWizardWindow(DRMGSequence& migration, DRMigrateStartup& startup)
+    : DRSequenceWindow(
+          migration,
+          {.makePage = [this](DRSequenceStep& step) { return makePage(step); },
+           .text = [&migration](const QString& identifier) { return migration.context().strings.text(identifier); },
+           .mayLeave = [this] { return mayLeave(); },
+           .settingsPath = startup.folders().state + u"/window.ini"_s}),
+      m_migration(migration),
+      m_startup(startup),
+      m_transfer(qobject_cast<DRMGSequenceStepTransfer*>(migration.stepForKey(DRMGStepKeys::kTransfer)))
+{
+    connectMigration();
+}
+
+DRMigrateWizardWindow::~DRMigrateWizardWindow() = default;
+
+QWidget* DRMigrateWizardWindow::makePage(DRSequenceStep& step)
+{
+    return DRMGPages::pageFor(step, {.context = m_migration.context(),
+                                     .chooseBackupsFolder =
+                                         [this] {
+                                             chooseFolder(text(u"wizard_backups_folder_title"_s),
+                                                          m_migration.context().backupsFolder,
+                                                          &DRMigrateWizardWindow::useBackupsFolder);
+                                         },
+                                     .choosePhone =
+                                         [this] {
+                                             chooseFolder(text(u"wizard_phone_folder_title"_s), QDir::homePath(),
+                                                          &DRMigrateWizardWindow::usePhone);
+                                         }});
+}
+
+void DRMigrateWizardWindow::connectMigration()
+{
+    connect(&m_migration, &DRMGSequence::repeatQuestionAsked, this, &DRMigrateWizardWindow::askWhetherToRepeat);
+    connect(&m_migration, &DRMGSequence::restoreSelected, this, &DRMigrateWizardWindow::showPhoneBackups);
+    connect(&m_migration, &DRMGSequence::openUrlRequested, this, &QDesktopServices::openUrl);
+    // The program has no set-up of contacts of its own; people find other ways where they get help.
+    connect(&m_migration, &DRMGSequence::contactsSetupSelected, this,
+            [this] { QDesktopServices::openUrl(QUrl(m_migration.context().supportAddress)); });
+    connect(&m_migration, &DRSequence::currentStepChanged, this, &DRMigrateWizardWindow::keepAwakeWhileRunning);
+    connect(m_transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, this,
+            &DRMigrateWizardWindow::keepAwakeWhileRunning);
+}
+
+QString DRMigrateWizardWindow::text(const QString& identifier) const
+{
+    return m_migration.context().strings.text(identifier);
+}
+
+void DRMigrateWizardWindow::useBackupsFolder(const QString& folder)
+{
+    // Somebody may have gone one level too deep, into the backup itself.
+    const bool isBackup = QFileInfo::exists(folder + u"/Info.plist"_s);
+    m_migration.setBackupsFolder(isBackup ? QFileInfo(folder).path() : folder);
+    if (DRSequenceStep* const step = m_migration.currentStep()) {
+        Q_EMIT step->contentChanged(); // pages show the folder
+    }
+}
+
+void DRMigrateWizardWindow::usePhone(const QString& folder)
+{
+    if (!m_startup.changePhone(folder)) {
+        tellNoPhone(folder);
+        return;
+    }
+    if (DRSequenceStep* const step = m_migration.currentStep()) {
+        Q_EMIT step->contentChanged(); // pages show the phone
+    }
+}
+
+void DRMigrateWizardWindow::tellNoPhone(const QString& folder)
+{
+    auto* const box = new QMessageBox(QMessageBox::Warning, text(u"wizard_window_title"_s),
+                                      text(u"wizard_not_a_phone"_s).replace(u"%1"_s, QDir::toNativeSeparators(folder)),
+                                      QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->open();
+}
+
+void DRMigrateWizardWindow::chooseFolder(const QString& title,
+                                         const QString& start,
+                                         void (DRMigrateWizardWindow::*use)(const QString&))
+{
+    auto* const dialog = new QFileDialog(this, title, start);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::Directory);
+    dialog->setOption(QFileDialog::ShowDirsOnly);
+    connect(dialog, &QFileDialog::fileSelected, this, use);
+    dialog->open();
+}
+
+QIcon DRMigrateWizardWindow::alertIcon() const
+{
+    return QIcon(m_migration.context().resources.pathForResource(u"tarvex_alert"_s));
+}
+
+bool DRMigrateWizardWindow::isTransferRunning() const
+{
+    const Phase phase = m_transfer->progressPhase();
+    return m_migration.currentStep() == m_transfer && phase != Phase::NotStarted && phase != Phase::Done;
+}
+
+bool DRMigrateWizardWindow::mayLeave()
+{
+    if (!isTransferRunning() || m_isStopWanted) {
+        return true;
+    }
+    if (m_closeQuestion.isNull()) {
+        const auto stop = [this] {
+            m_isStopWanted = true;
+            close();
+        };
+        m_closeQuestion =
+            DRQuestionBox{.icon = alertIcon(),
+                          .title = text(u"wizard_close_title"_s),
+                          .text = text(u"wizard_close_text"_s),
+                          .buttons = {{text(u"wizard_close_stop"_s), stop}, {text(u"wizard_close_continue"_s), [] {}}}}
+                .ask(*this);
+    }
+    return false;
+}
+
+void DRMigrateWizardWindow::askWhetherToRepeat()
+{
+    const auto& question = m_migration.gate().question();
+    if (!m_repeatQuestion.isNull()) {
+        m_repeatQuestion->hide(); // what it asked has changed
+        m_repeatQuestion->deleteLater();
+    }
+    if (!question) {
+        return;
+    }
+    const auto answerWith = [this](Answer answer) {
+        return [this, answer] { m_migration.answerRepeatQuestion(answer); };
+    };
+    DRQuestionBox box{.icon = alertIcon(), .title = question->title, .text = question->text, .buttons = {}};
+    box.buttons.push_back({question->moveAnywayButton, answerWith(Answer::MoveAnyway)});
+    if (question->canLeaveOut) {
+        box.buttons.push_back({question->leaveOutButton, answerWith(Answer::LeaveOut)});
+    }
+    box.buttons.push_back({question->stopButton, answerWith(Answer::Stop)});
+    m_repeatQuestion = box.ask(*this);
+}
+
+void DRMigrateWizardWindow::showPhoneBackups()
+{
+    const QString ofTransfer = m_migration.transferResult().phoneBackupPath;
+    QDesktopServices::openUrl(QUrl::fromLocalFile(ofTransfer.isEmpty() ? m_startup.phoneBackupsFolder() : ofTransfer));
+}
+
+void DRMigrateWizardWindow::keepAwakeWhileRunning()
+{
+    if (isTransferRunning()) {
+        m_sleepInhibitor.inhibit(text(u"wizard_window_title"_s), text(u"IDD_STEPWIZ_TRANSFER_IDC_HEADER"_s));
+        return;
+    }
+    m_sleepInhibitor.release();
+    if (QMessageBox* const question = m_closeQuestion.data()) {
+        question->reject(); // there is nothing left to stop
+    }
+}

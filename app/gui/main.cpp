@@ -1,0 +1,125 @@
+#include "app/DRMigrateStartup.h"
+#include "app/gui/DRArtwork.h"
+#include "app/gui/DRMigrateWizardWindow.h"
+#include "app/gui/DRWizardOptions.h"
+#include "model/packet/DRMigratePacketCodec.h"
+#include "platform/core/DRLog.h"
+#include "platform/ui/DRDarkStyle.h"
+#include "wizard/DRMGSequence.h"
+#include "wizard/DRMGStepKeys.h"
+#include "wizard/steps/DRMGSequenceStepTransfer.h"
+
+#include <QApplication>
+#include <QIcon>
+#include <QLibraryInfo>
+#include <QMessageBox>
+#include <QTranslator>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kUsageError = 2;
+constexpr int kCannotWork = 1;
+
+int print(const QString& text, std::FILE* stream, int code)
+{
+    std::fputs(qPrintable(text), stream);
+    return code;
+}
+
+/// What these options lead to without a window, which needs no display: the exit code; none when the window is wanted.
+std::optional<int> answerInTerminal(const DRWizardOptions& options)
+{
+    if (!options.error.isNull()) {
+        return print(withoutControlCharacters(options.error) + u'\n', stderr, kUsageError);
+    }
+    if (!options.help.isNull()) {
+        return print(options.help, stdout, 0);
+    }
+    return std::nullopt;
+}
+
+/// Whether help or the version is asked for; the toolkit's own options are not yet taken out of the arguments.
+bool wantsTerminal(int argc, char* argv[])
+{
+    static constexpr std::array<std::string_view, 4> kOptions{"-h", "--help", "-v", "--version"};
+    return std::any_of(argv, argv + argc, [](const char* argument) {
+        return std::ranges::find(kOptions, std::string_view(argument)) != kOptions.end();
+    });
+}
+
+/// Names, icon and colours; the texts of the toolkit's own dialogs in the person's language.
+void dressUp(const DRMGContext& context, QTranslator& translator)
+{
+    context.resources.registerBundle(DRArtwork::folder());
+    QGuiApplication::setApplicationDisplayName(context.strings.text(u"wizard_window_title"_s));
+    QGuiApplication::setDesktopFileName(u"phone-migrate-wizard"_s);
+    QGuiApplication::setWindowIcon(QIcon(context.resources.pathForResource(DRArtwork::applicationIconName())));
+    if (translator.load(QLocale(), u"qtbase"_s, u"_"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(&translator);
+    }
+    DRDarkStyle::applyToApplication();
+}
+
+/// Whether everything is on the phone. What a failed transfer leaves in the working folder may help to find out why.
+bool hasMovedAll(const DRMGSequence& migration)
+{
+    const auto* const transfer = qobject_cast<DRMGSequenceStepTransfer*>(migration.stepForKey(DRMGStepKeys::kTransfer));
+    return transfer->progressPhase() == DRMGSequenceStepTransfer::Phase::Done;
+}
+
+/// Shows the window until it is closed.
+int run(DRMigrateStartup& startup, const DRMGContext& context)
+{
+    const bool hasWrongPhone = !startup.options().phoneFolder.isEmpty() && !startup.openPhone();
+    const auto migration = DRMGSequence::sequence(context);
+    DRMigrateWizardWindow window(*migration, startup);
+    migration->start();
+    window.show();
+    if (hasWrongPhone) {
+        window.tellNoPhone(startup.options().phoneFolder);
+    }
+    const int code = QApplication::exec();
+    if (hasMovedAll(*migration) && !DRMigrateUtils::clearTempFolder(startup.folders().temporary)) {
+        qCWarning(lcMigrate) << "the working folder could not be emptied; it may hold private content";
+    }
+    return code;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    std::unique_ptr<QCoreApplication> application;
+    if (wantsTerminal(argc, argv)) {
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    } else {
+        application = std::make_unique<QApplication>(argc, argv);
+    }
+    QCoreApplication::setApplicationName(u"phone-migrate-wizard"_s);
+    const DRWizardOptions options = DRWizardOptions::parse(QCoreApplication::arguments());
+    if (const auto code = answerInTerminal(options)) {
+        return *code;
+    }
+    if (!DRLog::install(DRLog::Verbosity::Normal, options.logFile)) {
+        return print(u"The log file cannot be written.\n"_s, stderr, kUsageError);
+    }
+    DRMigrateStartup startup(options.startup);
+    DRMGContext context = startup.context();
+    context.ledgerPath = startup.ledgerPath();
+    QTranslator translator;
+    dressUp(context, translator);
+    if (const auto refusal = startup.lockWorkingFolder()) {
+        QMessageBox::critical(nullptr, QGuiApplication::applicationDisplayName(), refusal->message);
+        return kCannotWork;
+    }
+    return run(startup, context);
+}

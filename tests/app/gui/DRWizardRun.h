@@ -1,0 +1,142 @@
+#pragma once
+
+#include "app/DRMigrateStartup.h"
+#include "app/gui/DRArtwork.h"
+#include "app/gui/DRMigrateWizardWindow.h"
+#include "app/sample/DRSample.h"
+#include "tests/support/DRScreenshot.h"
+#include "wizard/DRMGSequence.h"
+#include "wizard/DRMGStepKeys.h"
+#include "wizard/steps/DRMGSequenceStepTransfer.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+/// A sample backup, phone and music library, and user folders of their own.
+class DRWizardPlaces {
+public:
+    DRWizardPlaces()
+    {
+        for (const char* const variable : {"XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"}) {
+            qputenv(variable, m_folder.filePath(QLatin1String(variable)).toUtf8());
+        }
+        const DRSampleResult made = writeSample(m_folder.path(), 1, DRSystemClock());
+        options = {.backupsFolder = m_folder.filePath(QStringLiteral("backups")),
+                   .phoneFolder = made.phoneFolder,
+                   .musicLibrary = made.musicLibrary};
+    }
+
+    [[nodiscard]] QString path(const QString& name) const { return m_folder.filePath(name); }
+
+    /// A further backup that has nothing but a description.
+    void addBackup(const QString& deviceName, const QString& version) const
+    {
+        const QString folder = QDir(options.backupsFolder).filePath(deviceName);
+        const QString description =
+            QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+                           "<key>Device Name</key><string>%1</string><key>Product Version</key><string>%2</string>"
+                           "<key>Last Backup Date</key><date>2014-05-06T00:00:00Z</date></dict></plist>")
+                .arg(deviceName, version);
+        QDir().mkpath(folder);
+        write(folder + QStringLiteral("/Info.plist"), description.toUtf8());
+    }
+
+    /// Changes what the phone says of itself.
+    void describePhone(const QString& key, const QJsonValue& value) const
+    {
+        QFile file(options.phoneFolder + QStringLiteral("/phone.json"));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QJsonObject description = QJsonDocument::fromJson(file.readAll()).object();
+        description.insert(key, value);
+        write(file.fileName(), QJsonDocument(description).toJson());
+    }
+
+    static void write(const QString& path, const QByteArray& bytes)
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), bytes.size());
+    }
+
+    DRMigrateStartupOptions options;
+
+private:
+    QTemporaryDir m_folder;
+};
+
+/// The program's window over these places, shown and at its first page.
+class DRWizardRun {
+public:
+    explicit DRWizardRun(const DRWizardPlaces& places) : startup(places.options)
+    {
+        startup.openPhone();
+        DRMGContext context = startup.context();
+        context.ledgerPath = startup.ledgerPath();
+        context.resources.registerBundle(DRArtwork::folder());
+        migration = DRMGSequence::sequence(context);
+        window = std::make_unique<DRMigrateWizardWindow>(*migration, startup);
+        migration->start();
+        window->resize(window->sizeHint()); // however small the screen
+        window->show();
+        window->activateWindow();
+        static_cast<void>(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    [[nodiscard]] QString pageKey() const
+    {
+        return migration->currentStep() == nullptr ? QString() : migration->currentStep()->key();
+    }
+
+    template <typename Step> [[nodiscard]] Step& step(const QString& key) const
+    {
+        return *qobject_cast<Step*>(migration->stepForKey(key));
+    }
+
+    [[nodiscard]] DRMGSequenceStepComplete::ErrorState errorState() const
+    {
+        return step<DRMGSequenceStepComplete>(DRMGStepKeys::kComplete).errorState();
+    }
+
+    /// The visible widget with this object name.
+    template <typename Widget = QAbstractButton> [[nodiscard]] Widget* find(const QString& name) const
+    {
+        for (Widget* const widget : window->findChildren<Widget*>(name)) {
+            if (widget->isVisible()) {
+                return widget;
+            }
+        }
+        return nullptr;
+    }
+
+    void click(const QString& name) const
+    {
+        QAbstractButton* const button = find(name);
+        QVERIFY2(button != nullptr, qPrintable(name));
+        QTest::mouseClick(button, Qt::LeftButton);
+    }
+
+    /// Presses the key where the keyboard's focus is.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
+    {
+        QWidget* const focused = window->focusWidget();
+        QTest::keyClick(focused == nullptr ? window.get() : focused, key, modifiers);
+    }
+
+    [[nodiscard]] bool takeScreenshot(const QString& name) const
+    {
+        QCoreApplication::processEvents();
+        return saveScreenshot(*window, name);
+    }
+
+    DRMigrateStartup startup;
+    std::unique_ptr<DRMGSequence> migration;
+    std::unique_ptr<DRMigrateWizardWindow> window;
+};

@@ -1,0 +1,513 @@
+#include "platform/device/DRDCFilesystem.h"
+#include "platform/ui/DRDarkStyle.h"
+#include "platform/ui/DRHtmlTextView.h"
+#include "platform/ui/DRIconLabel.h"
+#include "platform/ui/DRSpinner.h"
+#include "tests/app/gui/DRAccessibleTree.h"
+#include "tests/app/gui/DRWizardRun.h"
+#include "wizard/widgets/DRMigrateTooltipWindowController.h"
+
+#include <QKeySequence>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTableWidget>
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Element = DRAccessibleTree::Element;
+using Phase = DRMGSequenceStepTransfer::Phase;
+
+constexpr int kLongest = 60'000; ///< milliseconds that a transfer of the sample may take on a busy machine
+constexpr int kMostStops = 60;   ///< more places for the focus than any page has
+
+void goOn(const DRWizardRun& run)
+{
+    run.click(u"next"_s);
+}
+
+void goToSelectData(const DRWizardRun& run)
+{
+    goOn(run);
+    QTRY_VERIFY_WITH_TIMEOUT(run.find(u"notes"_s) != nullptr && run.find(u"notes"_s)->text().contains(u"200"),
+                             kLongest);
+}
+
+void waitForPage(const DRWizardRun& run, const QString& key)
+{
+    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), key, kLongest);
+}
+
+/// A page, and how a person comes to it.
+struct Page {
+    const char* name;
+    const QString& key;
+    void (*prepare)(DRWizardPlaces& places);
+    void (*drive)(const DRWizardRun& run);
+    const QString& afterEscape; ///< the key of the page to which Escape leads; empty when the wizard ends
+};
+
+const QString kEnd;
+
+void leaveAsItIs(DRWizardPlaces& /*places*/) {}
+
+void addAnotherBackup(DRWizardPlaces& places)
+{
+    places.addBackup(u"Another iPhone"_s, u"6.1"_s);
+}
+
+void takeBackupsAway(DRWizardPlaces& places)
+{
+    places.options.backupsFolder = places.path(u"elsewhere"_s);
+}
+
+void takePhoneAway(DRWizardPlaces& places)
+{
+    places.options.phoneFolder.clear();
+}
+
+void agePhone(DRWizardPlaces& places)
+{
+    places.describePhone(u"androidBaseVersion"_s, 1);
+}
+
+void fillPhone(DRWizardPlaces& places)
+{
+    const DRWizardRun roomy(places);
+    auto& storage = roomy.startup.services().deviceController.activeDevice()->preferredFilesystem();
+    const quint64 used = storage.memoryUsableCapacity() - storage.memoryFreeBytes();
+    places.describePhone(u"memoryUsableCapacity"_s, static_cast<qint64>(used + 4096));
+}
+
+void breakPackets(DRWizardPlaces& places)
+{
+    const QDir packets(places.options.phoneFolder + u"/packets"_s);
+    for (const QString& packet : packets.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        DRWizardPlaces::write(packets.filePath(packet + u"/fullbackupdata"_s), "not a packet");
+    }
+}
+
+void waitForTransfer(const DRWizardRun& run)
+{
+    goToSelectData(run);
+    run.migration->gotoStepForKey(DRMGStepKeys::kTransfer);
+}
+
+void transfer(const DRWizardRun& run)
+{
+    goToSelectData(run);
+    goOn(run);
+    waitForPage(run, DRMGStepKeys::kComplete);
+}
+
+const std::vector<Page>& allPages()
+{
+    using namespace DRMGStepKeys;
+    static const std::vector<Page> all{
+        {"welcome", kWelcome, leaveAsItIs, [](const DRWizardRun&) {}, kEnd},
+        {"new backup needed", kNewBackupNeeded, takeBackupsAway, goOn, kWelcome},
+        {"select backup", kSelectBackup, addAnotherBackup, goOn, kWelcome},
+        {"select data", kSelectData, leaveAsItIs, goToSelectData, kWelcome},
+        {"phone incompatible", kPhoneIncompatible, agePhone, goOn, kEnd},
+        {"connect phone", kConnectPhone, takePhoneAway,
+         [](const DRWizardRun& run) {
+             goToSelectData(run);
+             goOn(run);
+             waitForPage(run, kConnectPhone);
+         },
+         kEnd},
+        {"memory warning", kMemoryWarning, fillPhone,
+         [](const DRWizardRun& run) {
+             goToSelectData(run);
+             goOn(run);
+             waitForPage(run, kMemoryWarning);
+         },
+         kSelectData},
+        {"transfer without phone", kTransfer, takePhoneAway, waitForTransfer, kEnd},
+        {"complete", kComplete, leaveAsItIs, transfer, kComplete},
+        {"failed", kComplete, breakPackets, transfer, kComplete},
+    };
+    return all;
+}
+
+bool isControl(const Element& element)
+{
+    static const std::set<QAccessible::Role> kControls{QAccessible::Button,       QAccessible::CheckBox,
+                                                       QAccessible::Link,         QAccessible::Table,
+                                                       QAccessible::EditableText, QAccessible::ProgressBar};
+    return kControls.contains(element.role);
+}
+
+bool isEnabled(const Element& element)
+{
+    return element.state.disabled == 0;
+}
+
+/// Whether Tab stops at the element itself: links are reached in place of their text, and cells by the arrow keys.
+bool isTabStop(const Element& element)
+{
+    const bool isPart = element.role == QAccessible::Cell || element.role == QAccessible::ColumnHeader;
+    const bool isTextWithLinks = element.role == QAccessible::StaticText && element.interface->childCount() > 0;
+    return element.state.focusable != 0 && isEnabled(element) && !isPart && !isTextWithLinks;
+}
+
+QStringList faultsOfNames(const DRAccessibleTree& tree)
+{
+    QStringList faults;
+    std::set<QString> seen;
+    for (const Element& element : tree.elements()) {
+        const QString line = DRAccessibleTree::line(element);
+        if ((isControl(element) || element.state.focusable != 0) && element.name.isEmpty()) {
+            faults.append(u"no name: "_s + line);
+        }
+        if (element.role == QAccessible::Client && element.depth > 0 && element.state.focusable != 0) {
+            faults.append(u"no role: "_s + line);
+        }
+        if (isControl(element) && isEnabled(element) && !seen.insert(element.name).second) {
+            faults.append(u"name of another, too: "_s + line);
+        }
+    }
+    return faults;
+}
+
+/// Of widgets that the tree must know, as what they are.
+QStringList faultsOfWidgets(const DRAccessibleTree& tree, const QWidget& window)
+{
+    QStringList faults;
+    for (const QWidget* const widget : window.findChildren<QWidget*>()) {
+        const Element* const element = tree.of(widget);
+        const bool isPicture = qobject_cast<const DRIconLabel*>(widget) || qobject_cast<const DRSpinner*>(widget);
+        const bool canHaveFocus = (widget->focusPolicy() & Qt::TabFocus) != 0;
+        if (!widget->isVisible() || (!isPicture && !canHaveFocus)) {
+            continue;
+        }
+        const QString what = QLatin1String(widget->metaObject()->className()) + u' ' + widget->objectName();
+        if (element == nullptr) {
+            faults.append(u"not in the tree: "_s + what);
+        } else if (isPicture && element->name.isEmpty() != (element->role == QAccessible::Client)) {
+            faults.append(u"neither picture nor decoration: "_s + what);
+        }
+    }
+    return faults;
+}
+
+/// Down, or along the line.
+bool comesAfter(const QRect& one, const QRect& other)
+{
+    return other.top() >= one.bottom() || other.left() >= one.right();
+}
+
+/// The parts of the page, which may be longer than the window, are read in the order in which they are seen.
+QStringList faultsOfReadingOrder(const DRAccessibleTree& tree)
+{
+    static const std::set<QAccessible::Role> kRead{
+        QAccessible::StaticText, QAccessible::Button, QAccessible::CheckBox,    QAccessible::Table,
+        QAccessible::Graphic,    QAccessible::Chart,  QAccessible::ProgressBar, QAccessible::EditableText};
+    QStringList faults;
+    const Element* before = nullptr;
+    const auto isPane = [](const Element& element) { return element.role == QAccessible::Pane && element.depth == 1; };
+    const auto& all = tree.elements();
+    for (auto element = std::ranges::find_if(all, isPane) + 1; element != all.end() && element->depth > 1; ++element) {
+        if (!kRead.contains(element->role) || element->name.isEmpty()) {
+            continue;
+        }
+        if (before != nullptr && !comesAfter(before->interface->rect(), element->interface->rect())) {
+            faults.append(u"\"%1\" is read before \"%2\""_s.arg(before->name, element->name));
+        }
+        before = &*element;
+    }
+    return faults;
+}
+
+QStringList faultsOfMnemonics(const QWidget& window)
+{
+    QStringList faults;
+    std::set<QKeySequence> seen;
+    for (const QAbstractButton* const button : window.findChildren<QAbstractButton*>()) {
+        const QKeySequence key = QKeySequence::mnemonic(button->text());
+        if (button->isVisible() && !key.isEmpty() && !seen.insert(key).second) {
+            faults.append(u"key of another, too: "_s + button->text());
+        }
+    }
+    return faults;
+}
+
+/// What has the keyboard's focus: a widget, or a link in one.
+QAccessibleInterface* focusedElement(const DRWizardRun& run)
+{
+    QAccessibleInterface* const widget = QAccessible::queryAccessibleInterface(run.window->focusWidget());
+    const bool hasLinks = widget != nullptr && widget->role() == QAccessible::StaticText;
+    return hasLinks ? widget->focusChild() : widget;
+}
+
+/// Where Tab, or Shift+Tab, stops until it comes to the first place again.
+std::vector<QAccessibleInterface*> tabStops(const DRWizardRun& run, Qt::KeyboardModifiers modifiers)
+{
+    std::vector<QAccessibleInterface*> stops;
+    for (int count = 0; count < kMostStops; ++count) {
+        run.press(modifiers == Qt::NoModifier ? Qt::Key_Tab : Qt::Key_Backtab, modifiers);
+        QAccessibleInterface* const stop = focusedElement(run);
+        if (!stops.empty() && stop == stops.front()) {
+            return stops;
+        }
+        stops.push_back(stop);
+    }
+    return stops;
+}
+
+QString nameOf(QAccessibleInterface* element)
+{
+    return element == nullptr ? u"nothing"_s : element->text(QAccessible::Name);
+}
+
+/// Turns the ring so that it begins with the one that stands first on the page.
+std::vector<QAccessibleInterface*> fromTheTop(std::vector<QAccessibleInterface*> ring,
+                                              const std::vector<QAccessibleInterface*>& expected)
+{
+    const auto first = std::ranges::find(ring, expected.front());
+    std::ranges::rotate(ring, first == ring.end() ? ring.begin() : first);
+    return ring;
+}
+
+QStringList namesOf(const std::vector<QAccessibleInterface*>& elements)
+{
+    QStringList names;
+    std::ranges::transform(elements, std::back_inserter(names), nameOf);
+    return names;
+}
+
+QStringList faultsOfTabOrder(const DRAccessibleTree& tree, const DRWizardRun& run)
+{
+    std::vector<QAccessibleInterface*> expected;
+    for (const Element& element : tree.elements()) {
+        if (isTabStop(element)) {
+            expected.push_back(element.interface);
+        }
+    }
+    const auto forward = fromTheTop(tabStops(run, Qt::NoModifier), expected);
+    auto backward = tabStops(run, Qt::ShiftModifier);
+    std::ranges::reverse(backward);
+    QStringList faults;
+    if (namesOf(forward) != namesOf(expected)) {
+        faults.append(u"Tab: "_s + namesOf(forward).join(u" | "_s) + u" instead of "_s +
+                      namesOf(expected).join(u" | "_s));
+    }
+    if (fromTheTop(backward, expected) != forward) {
+        faults.append(u"Shift+Tab: "_s + namesOf(fromTheTop(backward, expected)).join(u" | "_s));
+    }
+    for (std::size_t index = 1; index < forward.size() && !forward.empty(); ++index) {
+        QAccessibleInterface* const before = forward[index - 1];
+        if (before != nullptr && forward[index] != nullptr && before->role() != QAccessible::Pane &&
+            !comesAfter(before->rect(), forward[index]->rect())) {
+            faults.append(u"up: "_s + nameOf(before) + u" | "_s + nameOf(forward[index]));
+        }
+    }
+    return faults;
+}
+
+} // namespace
+
+/// What a screen reader and the keyboard find in the window, on every page.
+class TestWizardAccessibility : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void pages_data();
+    void pages();
+    void tickBoxes();
+    void listOfBackups();
+    void progress();
+    void explanationsByKeyboard_data();
+    void explanationsByKeyboard();
+    void pressingALink();
+
+private:
+    void note(const QString& page, const DRAccessibleTree& tree) const;
+
+    QLocale m_usual;
+    QString m_notes; ///< the file of the trees; empty when nobody wants it
+};
+
+void TestWizardAccessibility::initTestCase()
+{
+    DRDarkStyle::applyToApplication();
+    const QString folder = qEnvironmentVariable("MIGRATE_SCREENSHOTS");
+    if (!folder.isEmpty()) {
+        QVERIFY(QDir().mkpath(folder));
+        m_notes = QDir(folder).filePath(u"accessibility.txt"_s);
+        QFile::remove(m_notes);
+    }
+}
+
+void TestWizardAccessibility::cleanup()
+{
+    QLocale::setDefault(m_usual);
+}
+
+void TestWizardAccessibility::note(const QString& page, const DRAccessibleTree& tree) const
+{
+    QFile file(m_notes);
+    if (!m_notes.isEmpty()) {
+        QVERIFY(file.open(QIODevice::Append));
+        file.write((u"== "_s + page + u'\n' + tree.toText() + u'\n').toUtf8());
+    }
+}
+
+void TestWizardAccessibility::pages_data()
+{
+    QTest::addColumn<std::size_t>("page");
+    QTest::addColumn<QLocale>("locale");
+    for (std::size_t page = 0; page < allPages().size(); ++page) {
+        QTest::addRow("%s, English", allPages()[page].name) << page << QLocale(QLocale::English);
+        QTest::addRow("%s, German", allPages()[page].name) << page << QLocale(QLocale::German);
+    }
+}
+
+void TestWizardAccessibility::pages()
+{
+    QFETCH(const std::size_t, page);
+    QFETCH(const QLocale, locale);
+    QLocale::setDefault(locale);
+    DRWizardPlaces places;
+    allPages()[page].prepare(places);
+    const DRWizardRun run(places);
+    allPages()[page].drive(run);
+    QCOMPARE(run.pageKey(), allPages()[page].key);
+    QCoreApplication::processEvents();
+
+    const DRAccessibleTree tree(*run.window);
+    note(QString::fromLatin1(QTest::currentDataTag()), tree);
+    const QStringList faults = faultsOfNames(tree) + faultsOfWidgets(tree, *run.window) +
+                               faultsOfMnemonics(*run.window) + faultsOfReadingOrder(tree) +
+                               faultsOfTabOrder(tree, run);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+    const auto headings = tree.ofRole(QAccessible::Heading);
+    QVERIFY(!headings.empty());
+    QCOMPARE(headings.front().name, run.migration->currentStep()->localizedTitle());
+    QCOMPARE(tree.elements().front().name, headings.front().name);
+
+    run.window->setFocus(); // Escape closes an open panel first
+    run.press(Qt::Key_Escape);
+    QCOMPARE(run.pageKey(), allPages()[page].afterEscape);
+    QCOMPARE(run.window->isVisible(), !allPages()[page].afterEscape.isEmpty());
+}
+
+void TestWizardAccessibility::tickBoxes()
+{
+    const DRWizardPlaces places;
+    const DRWizardRun run(places);
+    goToSelectData(run);
+    auto* const box = run.find(u"notes"_s);
+    QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(box);
+    QVERIFY(seen->role() == QAccessible::CheckBox && seen->state().checkable != 0);
+    QVERIFY(seen->state().checked != 0);
+    QAccessibleActionInterface* const actions = seen->actionInterface();
+    QVERIFY(actions != nullptr);
+    actions->doAction(QAccessibleActionInterface::toggleAction());
+    QVERIFY(seen->state().checked == 0);
+    QVERIFY(!run.migration->parameters().value<QStringList>(DRMGSequence::kSelectedTypes).contains(u"notes"_s));
+}
+
+void TestWizardAccessibility::listOfBackups()
+{
+    DRWizardPlaces places;
+    addAnotherBackup(places);
+    const DRWizardRun run(places);
+    goOn(run);
+    auto* const table = run.window->findChild<QTableWidget*>();
+    QAccessibleTableInterface* const seen = QAccessible::queryAccessibleInterface(table)->tableInterface();
+    QVERIFY(seen != nullptr);
+    QCOMPARE(seen->rowCount(), 2);
+    for (int column = 0; column < table->columnCount(); ++column) {
+        QCOMPARE(seen->columnDescription(column), table->horizontalHeaderItem(column)->text());
+        for (int row = 0; row < table->rowCount(); ++row) {
+            QAccessibleInterface* const cell = seen->cellAt(row, column);
+            QCOMPARE(cell->role(), QAccessible::Cell);
+            QVERIFY(cell->text(QAccessible::Name).startsWith(table->item(row, column)->text()));
+        }
+    }
+    run.press(Qt::Key_Down);
+    QCOMPARE(seen->selectedRows().size(), 1);
+}
+
+void TestWizardAccessibility::progress()
+{
+    DRWizardPlaces places;
+    takePhoneAway(places);
+    const DRWizardRun run(places);
+    waitForTransfer(run);
+    const auto bars = DRAccessibleTree(*run.window).ofRole(QAccessible::ProgressBar);
+    QCOMPARE(bars.size(), std::size_t{1});
+    QAccessibleValueInterface* const value = bars.front().interface->valueInterface();
+    QVERIFY(value != nullptr);
+    QCOMPARE(value->currentValue().toInt(), 0);
+    QCOMPARE(value->minimumValue().toInt(), 0);
+    QVERIFY(value->maximumValue().toInt() > 0);
+}
+
+void TestWizardAccessibility::explanationsByKeyboard_data()
+{
+    QTest::addColumn<std::size_t>("page");
+    for (std::size_t page = 0; page < allPages().size(); ++page) {
+        if (allPages()[page].key == DRMGStepKeys::kWelcome || allPages()[page].key == DRMGStepKeys::kSelectBackup) {
+            QTest::addRow("%s", allPages()[page].name) << page;
+        }
+    }
+}
+
+/// The panel over a link opens with the focus, can be read to its end, and closes without leaving the page.
+void TestWizardAccessibility::explanationsByKeyboard()
+{
+    QFETCH(const std::size_t, page);
+    DRWizardPlaces places;
+    allPages()[page].prepare(places);
+    const DRWizardRun run(places);
+    allPages()[page].drive(run);
+    int explained = 0;
+    for (int tabs = 0; tabs < kMostStops; ++tabs) {
+        run.press(Qt::Key_Tab);
+        auto* const panel = run.find<DRMigrateTooltipWindowController>(QString());
+        if (panel == nullptr) {
+            continue;
+        }
+        ++explained;
+        QVERIFY(!QAccessible::queryAccessibleInterface(panel)->text(QAccessible::Name).isEmpty());
+        QScrollBar* const scrollBar = panel->textView().verticalScrollBar();
+        for (int times = 0; times < kMostStops; ++times) {
+            run.press(Qt::Key_PageDown);
+        }
+        QCOMPARE(scrollBar->value(), scrollBar->maximum());
+        run.press(Qt::Key_Escape);
+        QVERIFY(!panel->isVisible());
+        QCOMPARE(run.pageKey(), allPages()[page].key);
+    }
+    QVERIFY(explained > 0);
+}
+
+void TestWizardAccessibility::pressingALink()
+{
+    DRWizardPlaces places;
+    agePhone(places);
+    const DRWizardRun run(places);
+    goOn(run);
+    const auto links = DRAccessibleTree(*run.window).ofRole(QAccessible::Link);
+    QCOMPARE(links.size(), std::size_t{1});
+    QSignalSpy pressed(run.migration.get(), &DRMGSequence::contactsSetupSelected);
+    QVERIFY(QRect(run.window->mapToGlobal(QPoint(0, 0)), run.window->size()).contains(links.front().interface->rect()));
+    QAccessibleActionInterface* const actions = links.front().interface->actionInterface();
+    QVERIFY(actions != nullptr);
+    actions->doAction(QAccessibleActionInterface::pressAction());
+    QCOMPARE(pressed.size(), 1);
+}
+
+QTEST_MAIN(TestWizardAccessibility)
+
+#include "TestWizardAccessibility.moc"

@@ -1,0 +1,116 @@
+#include "wizard/steps/DRMGSummaryRow.h"
+
+#include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "platform/core/DRLocalizedStrings.h"
+#include "platform/core/DRLog.h"
+#include "platform/device/DRBRBackupRestoreController.h"
+#include "wizard/DRMGKindTexts.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Count = DRTransferSummary::Count;
+using Kind = DRTransferSummary::Kind;
+
+using KindsOfRow = std::vector<const Kind*>;
+
+QStringList rowKeys()
+{
+    using namespace DRMigrateKeys;
+    return {kContacts, kTextMessages, kBookmarks, kCalendar, kNotes, kImages, kVideos, kMusic, kVoiceMemos};
+}
+
+/// The row's key for an entry of the summary: that of its kind, also when only the packet is known.
+QString rowKeyOf(const QString& key, const Kind& kind)
+{
+    if (!kind.sourceKey.isEmpty()) {
+        return kind.sourceKey;
+    }
+    const QString ofPacket = DRBRBackupRestoreController::dataTypeOfPacket(key);
+    return ofPacket.isEmpty() ? key : ofPacket;
+}
+
+QString withFigures(QString text, const Count& count)
+{
+    return text.replace(u"%1"_s, QString::number(count.written)).replace(u"%2"_s, QString::number(count.found));
+}
+
+/// The text of a further count; its bare name when there is none for it.
+QString countText(const DRLocalizedStrings& strings, const QString& name, const Count& count)
+{
+    const QString text = strings.text(u"wizard_count_"_s + name);
+    return withFigures(text.isEmpty() ? name + u": %1 / %2"_s : text, count);
+}
+
+QString outcomeText(const DRLocalizedStrings& strings, const Kind& kind)
+{
+    return kind.unmoved ? DRMGKindTexts::unmoved(strings, *kind.unmoved)
+                        : withFigures(strings.text(u"wizard_summary_moved"_s), kind.records);
+}
+
+QStringList lossesOf(const Kind& kind)
+{
+    QStringList losses;
+    for (const DRMigrateSkippedItem& item : kind.skipped) {
+        losses.append(withoutControlCharacters(item.what + u": "_s + item.why));
+    }
+    return losses;
+}
+
+/// Photos and videos come as one; which of both were to be moved, the plan knows.
+QString nameOf(const DRLocalizedStrings& strings, const QString& rowKey, const DRTransferPlan& plan)
+{
+    QStringList keys = plan.keys();
+    keys.removeIf([&rowKey](const QString& key) { return DRKindContent::dataTypeKeyOf(key) != rowKey; });
+    return DRMGKindTexts::names(strings, keys.isEmpty() ? QStringList{rowKey} : keys);
+}
+
+DRMGSummaryRow rowOf(const DRLocalizedStrings& strings, const KindsOfRow& kinds)
+{
+    const Kind& best = **std::ranges::max_element(kinds, {}, [](const Kind* kind) { return kind->records.written; });
+    DRMGSummaryRow row{.name = {}, .outcome = outcomeText(strings, best)};
+    for (const auto& [name, count] : best.furtherCounts) {
+        row.counts.append(countText(strings, name, count));
+    }
+    for (const Kind* kind : kinds) {
+        row.losses += lossesOf(*kind);
+        for (const QString& warning : kind->warnings) {
+            row.notes.append(withoutControlCharacters(warning));
+        }
+        row.isLoss = row.isLoss || kind->lossCount() != 0;
+    }
+    row.losses.removeDuplicates();
+    if (row.losses.isEmpty() && std::ranges::any_of(kinds, &Kind::isUnwritten)) {
+        row.losses.append(strings.text(u"wizard_summary_unwritten"_s));
+    }
+    row.notes.removeDuplicates();
+    return row;
+}
+
+} // namespace
+
+std::vector<DRMGSummaryRow>
+DRMGSummaryRow::rowsOf(const DRTransferSummary& summary, const DRTransferPlan& plan, const DRLocalizedStrings& strings)
+{
+    std::map<QString, KindsOfRow> kindsByRow;
+    for (const auto& [key, kind] : summary.kinds) {
+        kindsByRow[rowKeyOf(key, kind)].push_back(&kind);
+    }
+    QStringList keys = rowKeys();
+    for (const auto& [key, kinds] : kindsByRow) {
+        if (!keys.contains(key)) {
+            keys.append(key);
+        }
+    }
+    std::vector<DRMGSummaryRow> rows;
+    for (const QString& key : keys) {
+        if (const auto found = kindsByRow.find(key); found != kindsByRow.end()) {
+            rows.push_back(rowOf(strings, found->second));
+            rows.back().name = nameOf(strings, key, plan);
+        }
+    }
+    return rows;
+}
