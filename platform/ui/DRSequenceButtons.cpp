@@ -13,6 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr quint64 kFastestRepress = 20; // milliseconds
+
 QPushButton* makeButton(QWidget* parent)
 {
     auto* const button = new QPushButton(parent);
@@ -51,8 +53,18 @@ DRSequenceButtons::DRSequenceButtons(DRSequence& sequence, TextLookup text, QWid
 
 bool DRSequenceButtons::eventFilter(QObject* watched, QEvent* event)
 {
-    const bool isHeldKey = event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->isAutoRepeat();
+    if (event->type() == QEvent::KeyRelease) {
+        m_lastKeyRelease = static_cast<QKeyEvent*>(event)->timestamp();
+    }
+    const bool isHeldKey = event->type() == QEvent::KeyPress && isHeld(*static_cast<QKeyEvent*>(event));
     return isHeldKey || event->type() == QEvent::MouseButtonDblClick || QWidget::eventFilter(watched, event);
+}
+
+/// X11 sends a release and a press for each repeat of a held key, and the toolkit does not always see that they belong
+/// together. Nobody presses a key again that fast. Events that were not made by a keyboard have no time.
+bool DRSequenceButtons::isHeld(const QKeyEvent& press) const
+{
+    return press.isAutoRepeat() || (press.timestamp() != 0 && press.timestamp() - m_lastKeyRelease < kFastestRepress);
 }
 
 void DRSequenceButtons::refresh()

@@ -5,6 +5,7 @@
 #include <functional>
 
 class DRSequence;
+class QKeyEvent;
 class QPushButton;
 
 /// The row of buttons below the pages of a sequence: Cancel (or Back, as its label says) and Next (or Done). Labels,
@@ -31,8 +32,11 @@ Q_SIGNALS:
     void cancelPressed();
 
 private:
+    [[nodiscard]] bool isHeld(const QKeyEvent& press) const;
+
     DRSequence& m_sequence;
     TextLookup m_text;
     QPushButton* m_cancel;
     QPushButton* m_next;
+    quint64 m_lastKeyRelease = 0; ///< in milliseconds of the system
 };
