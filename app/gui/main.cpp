@@ -31,7 +31,7 @@ constexpr int kCannotWork = 1;
 
 int print(const QString& text, std::FILE* stream, int code)
 {
-    std::fputs(qPrintable(text), stream);
+    static_cast<void>(std::fputs(qPrintable(text), stream));
     return code;
 }
 

@@ -73,6 +73,11 @@ DRSequenceWindow::~DRSequenceWindow() = default;
 
 QSize DRSequenceWindow::sizeHint() const
 {
+    return usualSize();
+}
+
+QSize DRSequenceWindow::usualSize() const
+{
     return {kUsualCharacters * fontMetrics().averageCharWidth(), kUsualLines * fontMetrics().lineSpacing()};
 }
 
@@ -241,7 +246,7 @@ void DRSequenceWindow::changeEvent(QEvent* event)
 
 void DRSequenceWindow::restoreSize()
 {
-    QSize size = sizeHint();
+    QSize size = usualSize();
     if (!m_setup.settingsPath.isEmpty()) {
         const QSize kept = QSettings(m_setup.settingsPath, QSettings::IniFormat).value(sizeKey()).toSize();
         size = kept.isValid() ? kept : size;

@@ -54,6 +54,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    [[nodiscard]] QSize usualSize() const;
     struct Page {
         QWidget* widget = nullptr;
         QPointer<QWidget> firstFocus; ///< null when it is up to the buttons
