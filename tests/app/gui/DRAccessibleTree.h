@@ -55,7 +55,7 @@ public:
     {
         QString text;
         for (const Element& element : m_elements) {
-            text += QString(element.depth * 2, u' ') + line(element) + u'\n';
+            text += QString(qsizetype{2} * element.depth, u' ') + line(element) + u'\n';
         }
         return text;
     }
