@@ -104,10 +104,9 @@ void DRMGTransferGate::settle(const DRTransferResult& result)
         return;
     }
     const QStringList remembered = DRTransferSummary::keysToRemember(m_plan, result);
-    const bool isWithdrawn = m_ledger->withdraw(without(m_plan.appKeys(), remembered));
-    const bool isRecorded = m_ledger->record(without(remembered, m_plan.appKeys()), *m_backup, m_phone->identifier(),
-                                             m_context.services.clock.now());
-    m_hasForgotten = (m_hasForgotten || !isWithdrawn || !isRecorded) && !remembered.isEmpty();
+    const bool isSettled =
+        m_ledger->settle(remembered, *m_backup, m_phone->identifier(), m_context.services.clock.now());
+    m_hasForgotten = (m_hasForgotten || !isSettled) && !remembered.isEmpty();
     if (m_hasForgotten) {
         qCWarning(lcMigrate) << "the transfer could not be noted in" << m_context.ledgerPath;
     }

@@ -104,16 +104,22 @@ bool DRTransferLedger::record(const QStringList& keys,
     return write();
 }
 
-bool DRTransferLedger::withdraw(const QStringList& keys)
+bool DRTransferLedger::settle(const QStringList& keys,
+                              const DRMigrateIPhoneBackupEntry& backup,
+                              const QString& phone,
+                              const QDateTime& now)
 {
+    QStringList missing = keys;
     bool isChanged = false;
     for (qsizetype i = m_transfers.size() - 1; i >= m_countInFile; --i) {
-        if (keys.contains(m_transfers.at(i)[u"kind"].toString())) {
+        const QString key = m_transfers.at(i)[u"kind"].toString();
+        missing.removeAll(key);
+        if (!keys.contains(key)) {
             m_transfers.removeAt(i);
             isChanged = true;
         }
     }
-    return !isChanged || write();
+    return missing.isEmpty() ? !isChanged || write() : record(missing, backup, phone, now);
 }
 
 bool DRTransferLedger::write()

@@ -33,9 +33,12 @@ public:
                               const QString& phone,
                               const QDateTime& now);
 
-    /// Takes back those of the kinds that `record` entered since the file was read, and writes the file at once. False
-    /// when it cannot be written.
-    [[nodiscard]] bool withdraw(const QStringList& keys);
+    /// Of what was entered since the file was read only these kinds stay, and those of them that were not are entered
+    /// now. Writes the file at once; false when it cannot be written.
+    [[nodiscard]] bool settle(const QStringList& keys,
+                              const DRMigrateIPhoneBackupEntry& backup,
+                              const QString& phone,
+                              const QDateTime& now);
 
 private:
     explicit DRTransferLedger(QString path) : m_path(std::move(path)) {}

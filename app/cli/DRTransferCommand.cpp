@@ -160,12 +160,11 @@ DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& 
 {
     auto ledger = DRTransferLedger::ofFile(startup().ledgerPath());
     bool isRecorded = true;
-    const auto record = [&](const QStringList& keys) {
-        isRecorded =
-            ledger.record(keys, *prepared.backup, prepared.phone->identifier(), startup().clock().now()) && isRecorded;
-    };
     // Before the phone is written: what is on it must be known even if this process dies in the middle.
-    DRTransferReporter reporter(terminal(), line(), [&] { record(prepared.plan.appKeys()); });
+    DRTransferReporter reporter(terminal(), line(), [&] {
+        isRecorded = ledger.record(prepared.plan.appKeys(), *prepared.backup, prepared.phone->identifier(),
+                                   startup().clock().now());
+    });
     for (const QString& note : DRTransferPlanText::notes(prepared.plan)) {
         reporter.warned(note);
     }
@@ -176,12 +175,8 @@ DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& 
         return notClosed(result, *prepared.phone, prepared.plan);
     }
     const QStringList remembered = DRTransferSummary::keysToRemember(prepared.plan, result.transfer);
-    const auto without = [](QStringList keys, const QStringList& others) {
-        keys.removeIf([&others](const QString& key) { return others.contains(key); });
-        return keys;
-    };
-    isRecorded = ledger.withdraw(without(prepared.plan.appKeys(), remembered)) && isRecorded;
-    record(without(remembered, prepared.plan.appKeys()));
+    isRecorded = ledger.settle(remembered, *prepared.backup, prepared.phone->identifier(), startup().clock().now()) &&
+                 isRecorded;
     if (!isRecorded && !remembered.isEmpty()) {
         reporter.warned(u"This transfer could not be noted in %1: another one would double everything."_s.arg(
             startup().ledgerPath()));
