@@ -32,6 +32,29 @@ QString dateText(const DRMigrateIPhoneBackupEntry& backup)
     return date.isNull() ? u""_s : date;
 }
 
+/// The times at which the kind came to the phone, went, came again and so on.
+QStringList turnsOf(const QJsonValue& transfer)
+{
+    QStringList times{transfer[u"time"].toString()};
+    const QJsonArray turns = transfer[u"turns"].toArray();
+    for (const auto& turn : turns) {
+        times << turn.toString();
+    }
+    return times;
+}
+
+/// Texts of times in UTC compare as the times do.
+bool wasOnPhone(const QJsonValue& transfer, const QString& before)
+{
+    const QStringList turns = turnsOf(transfer);
+    return std::ranges::count_if(turns, [&before](const QString& time) { return time < before; }) % 2 == 1;
+}
+
+bool isOnPhone(const QJsonValue& transfer)
+{
+    return turnsOf(transfer).size() % 2 == 1;
+}
+
 enum class Backups { This, Others };
 
 QStringList kindsMoved(const QJsonArray& transfers,
@@ -47,7 +70,7 @@ QStringList kindsMoved(const QJsonArray& transfers,
         return std::ranges::none_of(transfers, [&](const QJsonValue& value) {
             const bool isThis = value[u"backupDate"].toString() == date;
             return value[u"phone"].toString() == phone && value[u"iphone"].toString() == iPhone &&
-                   value[u"kind"].toString() == key && isThis == (backups == Backups::This);
+                   value[u"kind"].toString() == key && isThis == (backups == Backups::This) && isOnPhone(value);
         });
     });
     return kinds;
@@ -102,6 +125,37 @@ bool DRTransferLedger::record(const QStringList& keys,
         }
     }
     return write();
+}
+
+QDateTime DRTransferLedger::timeAfterLast(const QString& phone, const QDateTime& now) const
+{
+    QDateTime time = now;
+    for (const auto& transfer : m_transfers) {
+        const QDateTime last = QDateTime::fromString(turnsOf(transfer).constLast(), Qt::ISODate);
+        if (transfer[u"phone"].toString() == phone && last.isValid() && last.addSecs(1) > time) {
+            time = last.addSecs(1);
+        }
+    }
+    return time;
+}
+
+bool DRTransferLedger::notePutBack(
+    PutBack what, const QStringList& keys, const QString& phone, const QDateTime& backupDate, const QDateTime& time)
+{
+    bool isChanged = false;
+    for (qsizetype i = 0; i < m_transfers.size(); ++i) {
+        QJsonObject transfer = m_transfers.at(i).toObject();
+        const bool isMeant = transfer[u"phone"].toString() == phone && keys.contains(transfer[u"kind"].toString());
+        const bool comes = wasOnPhone(transfer, DRDates::rfc3339(backupDate));
+        if (isMeant && comes != isOnPhone(transfer) && comes == (what == PutBack::Begins)) {
+            QJsonArray turns = transfer[u"turns"].toArray();
+            turns << DRDates::rfc3339(time);
+            transfer.insert(u"turns"_s, turns);
+            m_transfers.replace(i, transfer);
+            isChanged = true;
+        }
+    }
+    return !isChanged || write();
 }
 
 bool DRTransferLedger::settle(const QStringList& keys,

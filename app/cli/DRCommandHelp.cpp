@@ -15,6 +15,8 @@ Commands:
   inspect  [BACKUP]            load a backup: what it holds, counts and sizes per kind
   phone                        describe the phone: storage, apps that it offers
   transfer [BACKUP]            move content onto the phone
+  phone-backups                list the backups of phones that transfers kept on this computer
+  restore  PHONE-BACKUP        undo: put the phone's apps back to what a phone backup holds
   packet show FILE | expand FILE DIR | pack DIR FILE
                                look into one app's data
   sample DIR                   write a sample iPhone backup, phone and music library to try
@@ -39,7 +41,8 @@ const QString kCommonOptions = uR"(Options of all commands:
   -V, --version                the version
 
 BACKUP is a number or device name as "phone-migrate backups" shows them, or a folder: one backup,
-or a folder of backups that holds one usable backup.
+or a folder of backups that holds one usable backup. PHONE-BACKUP is a number or name as "phone-migrate
+phone-backups" shows them, or its folder.
 
 Exit codes: 0 done, 1 internal error, 2 usage, 11 not enough space on the phone, 12 no backup found,
 13 encrypted backup, 14 iPhone system too old, 15 phone incompatible, 16 failed or refused, phone unchanged,
@@ -91,6 +94,35 @@ Example: phone-migrate transfer 1 --phone ~/phone --except videos --yes
 
 )"_s;
 
+const QString kPhoneBackups = uR"(Usage: phone-migrate phone-backups [--json]
+
+Lists the backups of phones' apps that transfers and restores kept on this computer before they wrote to a phone: the
+newest first, damaged ones and what is left of them included. A newer one moves the numbers of all others.
+
+Example: phone-migrate phone-backups
+
+)"_s;
+
+const QString kRestore = uR"(Usage: phone-migrate restore PHONE-BACKUP --phone DIR [options]
+
+Undoes a transfer: puts the phone's apps back to what a phone backup holds. The backup is read to its end before, the
+apps as they are now are kept as a further phone backup, and what the phone holds afterwards is verified. Each app is put
+back whole or stays as it is. Files that were copied to the phone stay on it.
+
+Options:
+  --only KINDS                 put back only the apps of these kinds
+  --except KINDS               put back all apps but those of these kinds
+  -n, --dry-run                only check the phone backup and say what would be put back
+  -y, --yes                    start without asking
+
+Refused with nothing written: 11 not enough space on the phone, 12 no such phone backup, 15 phone incompatible, 16 backup of
+another phone, damaged or empty, another run in progress, or the phone's apps could not be kept, 18 no phone.
+17: an app could not be put back or verified; the summary names it. 20: all well, but an app of the backup was skipped.
+
+Example: phone-migrate restore 1 --phone ~/phone
+
+)"_s;
+
 const QString kPacket = uR"(Usage: phone-migrate packet show FILE
        phone-migrate packet expand FILE DIR [--force]
        phone-migrate packet pack DIR FILE
@@ -126,7 +158,8 @@ QString DRCommandHelp::text(const QString& command)
 {
     static const std::map<QString, QString> kTexts{
         {u"backups"_s, kBackups}, {u"inspect"_s, kInspect}, {u"phone"_s, kPhone},   {u"transfer"_s, kTransfer},
-        {u"packet"_s, kPacket},   {u"sample"_s, kSample},   {u"doctor"_s, kDoctor},
+        {u"packet"_s, kPacket},   {u"sample"_s, kSample},   {u"doctor"_s, kDoctor}, {u"phone-backups"_s, kPhoneBackups},
+        {u"restore"_s, kRestore},
     };
     const auto found = kTexts.find(command);
     return (found == kTexts.end() ? kProgram : found->second) + kCommonOptions;

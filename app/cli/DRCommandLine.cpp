@@ -25,6 +25,7 @@ std::span<const Option> options()
 {
     static const QStringList kEvery;
     static const QStringList kTransfer{u"transfer"_s};
+    static const QStringList kWriting{u"transfer"_s, u"restore"_s};
     static const std::array kOptions{
         Option{u"backups"_s, {}, kEvery, &DRCommandLine::backupsFolder},
         Option{u"phone"_s, {}, kEvery, &DRCommandLine::phoneFolder},
@@ -37,10 +38,10 @@ std::span<const Option> options()
         Option{u"no-color"_s, {}, kEvery, &DRCommandLine::noColor},
         Option{u"help"_s, u'h', kEvery, &DRCommandLine::help},
         Option{u"version"_s, u'V', kEvery, &DRCommandLine::version},
-        Option{u"only"_s, {}, kTransfer, &DRCommandLine::only},
-        Option{u"except"_s, {}, kTransfer, &DRCommandLine::except},
-        Option{u"dry-run"_s, u'n', kTransfer, &DRCommandLine::dryRun},
-        Option{u"yes"_s, u'y', kTransfer, &DRCommandLine::yes},
+        Option{u"only"_s, {}, kWriting, &DRCommandLine::only},
+        Option{u"except"_s, {}, kWriting, &DRCommandLine::except},
+        Option{u"dry-run"_s, u'n', kWriting, &DRCommandLine::dryRun},
+        Option{u"yes"_s, u'y', kWriting, &DRCommandLine::yes},
         Option{u"again"_s, {}, kTransfer, &DRCommandLine::again},
         Option{u"keep-work"_s, {}, kTransfer, &DRCommandLine::keepWork},
         Option{u"force"_s, {}, {u"packet"_s}, &DRCommandLine::force},
@@ -63,6 +64,8 @@ std::span<const Command> commands()
         Command{u"inspect"_s, 0, 1, {}},
         Command{u"phone"_s, 0, 0, {}},
         Command{u"transfer"_s, 0, 1, {}},
+        Command{u"phone-backups"_s, 0, 0, {}},
+        Command{u"restore"_s, 1, 1, u"restore needs a phone backup: a number or name of phone-backups, or a folder"_s},
         Command{u"packet"_s, 2, 3, u"packet needs show FILE, expand FILE DIR or pack DIR FILE"_s},
         Command{u"sample"_s, 1, 1, u"sample needs the folder to write to"_s},
         Command{u"doctor"_s, 0, 0, {}},

@@ -1,6 +1,7 @@
 #include "app/cli/DRKinds.h"
 
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "platform/device/DRBRBackupRestoreController.h"
 
 #include <algorithm>
 #include <array>
@@ -36,6 +37,12 @@ QString DRKinds::nameOfKey(const QString& key)
 {
     const auto found = std::ranges::find(all(), key, &DRKind::key);
     return found == all().end() ? key : found->name;
+}
+
+QString DRKinds::titleOfPacketOrKey(const QString& packetOrKey)
+{
+    const QString kind = DRBRBackupRestoreController::dataTypeOfPacket(packetOrKey);
+    return kind.isEmpty() ? nameOfKey(packetOrKey) : u"%1 (%2)"_s.arg(nameOfKey(kind), packetOrKey);
 }
 
 std::optional<QString> DRKinds::keyOfName(const QString& name)

@@ -23,6 +23,9 @@ namespace DRKinds {
 /// The name under which the key is shown; the key itself when it is none of ours.
 [[nodiscard]] QString nameOfKey(const QString& key);
 
+/// "notes (com.vornmobile.notes)" for a packet ID, "photos" for a kind that goes into no packet.
+[[nodiscard]] QString titleOfPacketOrKey(const QString& packetOrKey);
+
 /// The key that the typed name means: a name or a key of the table. None when it is neither.
 [[nodiscard]] std::optional<QString> keyOfName(const QString& name);
 

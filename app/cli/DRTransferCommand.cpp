@@ -2,6 +2,7 @@
 
 #include "app/cli/DRBackupChoice.h"
 #include "app/cli/DRBackupLoader.h"
+#include "app/cli/DRConsent.h"
 #include "app/cli/DRInterrupt.h"
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
@@ -11,6 +12,7 @@
 #include "app/cli/DRTransferReporter.h"
 #include "app/cli/DRTransferRun.h"
 #include "app/cli/DRTransferSummaryText.h"
+#include "app/cli/DRWorkingFolder.h"
 #include "app/DRMigrateStartup.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "model/packet/DRMigratePacketCodec.h"
@@ -24,11 +26,6 @@ namespace {
 
 using Ending = DRTransferRun::Result::Ending;
 
-DRCommandOutcome stopped()
-{
-    return {DRExitCode::Interrupted, u"Stopped, nothing was written to the phone."_s, {}};
-}
-
 DRCommandOutcome phoneGone()
 {
     return {DRExitCode::NoPhone, u"The phone is no longer connected; nothing was written to it."_s,
@@ -39,7 +36,7 @@ DRCommandOutcome phoneGone()
 DRCommandOutcome notClosed(const DRTransferRun::Result& result, const DRDCDevice& phone, const DRTransferPlan& plan)
 {
     if (result.ending == Ending::Interrupted) {
-        return stopped();
+        return DRConsent::stopped();
     }
     if (result.landedOn == DRMGStepKeys::kPhoneIncompatible) {
         return DRPhoneChoice::compatibility(phone);
@@ -90,29 +87,18 @@ DRResult<DRTransferCommand::Prepared> DRTransferCommand::prepare(DRInterrupt& in
     if (auto refusal = DRPhoneChoice::compatibility(*phone); refusal.code != DRExitCode::Done) {
         return refusal;
     }
-    if (auto refusal = lockWorkingFolder(); refusal.code != DRExitCode::Done) {
-        return refusal;
+    if (!line().dryRun) {
+        if (auto refusal = DRWorkingFolder::lock(startup()); refusal.code != DRExitCode::Done) {
+            return refusal;
+        }
     }
     const auto& backup = std::get<DRMigrateIPhoneBackupEntryPointer>(choice);
     terminal().say(u"Reading %1 …"_s.arg(withoutControlCharacters(backup->backupPath())));
     if (DRBackupLoader::load(*backup, interrupt) == DRBackupLoader::Ending::Interrupted) {
-        return stopped();
+        return DRConsent::stopped();
     }
     const auto ledger = DRTransferLedger::ofFile(startup().ledgerPath());
     return Prepared{backup, phone, DRTransferPlan::make(request(), *backup, phone, services, ledger)};
-}
-
-DRCommandOutcome DRTransferCommand::lockWorkingFolder()
-{
-    if (line().dryRun) {
-        return {};
-    }
-    const auto refusal = startup().lockWorkingFolder();
-    if (!refusal) {
-        return {};
-    }
-    return {DRExitCode::FailedPhoneUnchanged, refusal->message,
-            u"see what is wrong with the working folder: phone-migrate doctor"_s};
 }
 
 DRTransferPlan::Request DRTransferCommand::request() const
@@ -139,21 +125,11 @@ DRCommandOutcome DRTransferCommand::consent(const Prepared& prepared, DRInterrup
     if (refusal.code != DRExitCode::Done || line().yes) {
         return refusal;
     }
-    if (!terminal().canAsk()) {
-        return {DRExitCode::Usage, u"Nobody can be asked here whether to start, because this is no terminal."_s,
-                u"add --yes to start without asking, or --dry-run to see what would be moved"_s};
-    }
-    terminal().ask(u"%1Move this from \"%2\" to %3? [y/N] "_s.arg(
-        DRTransferPlanText::text(prepared.plan), withoutControlCharacters(prepared.backup->deviceName()),
-        withoutControlCharacters(prepared.phone->marketingName())));
-    const bool isWanted = interrupt.readsYes();
-    if (interrupt.hasCome()) {
-        terminal().ask(u"\n"_s);
-        return stopped();
-    }
-    return isWanted ? DRCommandOutcome{}
-                    : DRCommandOutcome{
-                          DRExitCode::FailedPhoneUnchanged, u"Not started, nothing was written to the phone."_s, {}};
+    return DRConsent::ask(
+        u"%1Move this from \"%2\" to %3? [y/N] "_s.arg(DRTransferPlanText::text(prepared.plan),
+                                                       withoutControlCharacters(prepared.backup->deviceName()),
+                                                       withoutControlCharacters(prepared.phone->marketingName())),
+        terminal(), interrupt);
 }
 
 DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& interrupt)
@@ -229,13 +205,10 @@ DRCommandOutcome DRTransferCommand::showSummary(const DRTransferSummary& summary
 
 void DRTransferCommand::clearWorkingFolder()
 {
-    const QString& temporary = startup().folders().temporary;
     if (line().keepWork) {
-        terminal().say(u"The working folder was kept: "_s + DRMigrateUtils::pathToInflateFolder(temporary));
+        terminal().say(u"The working folder was kept: "_s +
+                       DRMigrateUtils::pathToInflateFolder(startup().folders().temporary));
         return;
     }
-    if (!DRMigrateUtils::clearTempFolder(temporary)) {
-        terminal().say(u"Warning: the working folder %1 could not be emptied; it may hold private content."_s.arg(
-            DRMigrateUtils::pathToInflateFolder(temporary)));
-    }
+    DRWorkingFolder::clear(startup(), terminal());
 }

@@ -23,7 +23,6 @@ private:
     };
 
     [[nodiscard]] DRResult<Prepared> prepare(DRInterrupt& interrupt);
-    [[nodiscard]] DRCommandOutcome lockWorkingFolder();
     [[nodiscard]] DRTransferPlan::Request request() const;
     [[nodiscard]] DRTransferPlan::Repeats repeats() const;
 

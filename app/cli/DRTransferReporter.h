@@ -2,9 +2,7 @@
 
 #include <functional>
 
-#include <QElapsedTimer>
-
-#include "app/cli/DRProgressPrinter.h"
+#include "app/cli/DRRunReporter.h"
 #include "app/cli/DRTransferRun.h"
 
 /// Tells how a transfer goes: as JSON lines or to a person, or both.
@@ -16,18 +14,16 @@ public:
     DRTransferReporter(DRTerminal& terminal, const DRCommandLine& line, RestoreHandler restore);
 
     void phaseChanged(DRMGSequenceStepTransfer::Phase phase) override;
-    void progressed(double fraction, double secondsRemaining) override;
-    void warned(const QString& message) override;
-    void restoreWillBegin() override;
-    void interruptedWhileWriting() override;
+    void progressed(double fraction, double secondsRemaining) override
+    {
+        m_reporter.progressed(fraction, secondsRemaining);
+    }
+    void warned(const QString& message) override { m_reporter.warned(message); }
+    void restoreWillBegin() override { m_restore(); }
+    void interruptedWhileWriting() override { m_reporter.interruptedWhileWriting(); }
     void willBeAbandoned(const QString& phoneBackup) override;
 
 private:
-    void writeLine(const QJsonObject& object);
-
-    DRTerminal& m_terminal;
-    DRProgressPrinter m_progress;
+    DRRunReporter m_reporter;
     RestoreHandler m_restore;
-    bool m_isJson;
-    QElapsedTimer m_sinceStatus; ///< invalid before the first status line
 };

@@ -17,8 +17,7 @@ using Phase = DRMGSequenceStepTransfer::Phase;
 } // namespace
 
 DRTransferRun::DRTransferRun(const DRMGContext& context, DRTransferObserver& observer, DRInterrupt& interrupt)
-    : m_context(context),
-      m_observer(observer),
+    : m_observer(observer),
       m_interrupt(interrupt),
       m_sequence(DRMGSequence::sequence(context)),
       m_step(qobject_cast<DRMGSequenceStepTransfer*>(m_sequence->stepForKey(DRMGStepKeys::kTransfer)))

@@ -62,7 +62,6 @@ private:
     void tellWarnings();
     void onInterrupt();
 
-    const DRMGContext& m_context;
     DRTransferObserver& m_observer;
     DRInterrupt& m_interrupt;
     std::unique_ptr<DRMGSequence> m_sequence;

@@ -5,7 +5,6 @@
 #include "app/cli/DRTextTable.h"
 #include "app/cli/DRTransferPlanText.h"
 #include "platform/core/DRLog.h"
-#include "platform/device/DRBRBackupRestoreController.h"
 #include "wizard/steps/DRMGSequenceStepTransfer.h"
 
 #include <QJsonArray>
@@ -24,13 +23,6 @@ bool isNote(const Kind& kind)
     return kind.unmoved && kind.unmoved->weight == DRTransferPlan::Unmoved::Weight::Note;
 }
 
-/// "notes (com.vornmobile.notes)" for a packet, "photos" for a kind.
-QString titleOf(const QString& key)
-{
-    const QString kind = DRBRBackupRestoreController::dataTypeOfPacket(key);
-    return kind.isEmpty() ? DRKinds::nameOfKey(key) : u"%1 (%2)"_s.arg(DRKinds::nameOfKey(kind), key);
-}
-
 /// Every loss of the kind, that of the whole of it included. `hasFailed` tells whether the run ended early.
 std::vector<DRMigrateSkippedItem> skippedOf(const QString& key, const Kind& kind, bool hasFailed)
 {
@@ -39,8 +31,9 @@ std::vector<DRMigrateSkippedItem> skippedOf(const QString& key, const Kind& kind
         items.push_back({DRKinds::nameOfKey(key), DRTransferPlanText::why(*kind.unmoved)});
     }
     if (kind.isUnwritten) {
-        items.push_back({titleOf(key), hasFailed ? u"the transfer ended before it was written to the phone"_s
-                                                 : u"it was not written to the phone"_s});
+        items.push_back(
+            {DRKinds::titleOfPacketOrKey(key), hasFailed ? u"the transfer ended before it was written to the phone"_s
+                                                         : u"it was not written to the phone"_s});
     }
     return items;
 }
@@ -78,7 +71,8 @@ DRCommandOutcome failure(const DRTransferSummary& summary)
     }
     return {DRExitCode::FailedPhoneChanged,
             u"The transfer failed while the phone was written, which holds a part now"_s + why,
-            u"put the phone's apps back as they were from the phone's backup named above, before you try again"_s};
+            u"put the phone's apps back as they were before you try again: phone-migrate restore '%1'"_s.arg(
+                withoutControlCharacters(result.phoneBackupPath))};
 }
 
 QJsonObject jsonOf(const Count& count)
@@ -131,7 +125,7 @@ QString DRTransferSummaryText::text(const DRTransferSummary& summary)
     QMap<QString, QStringList> namesByNote;
     const bool hasFailed = summary.result.errorState != 0;
     for (const auto& [key, kind] : summary.kinds) {
-        const QString name = titleOf(key);
+        const QString name = DRKinds::titleOfPacketOrKey(key);
         if (isNote(kind)) {
             namesByNote[DRTransferPlanText::why(*kind.unmoved)] << name;
             continue;

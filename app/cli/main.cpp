@@ -4,7 +4,10 @@
 #include "app/cli/DRInspectCommand.h"
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRPacketCommand.h"
+#include "app/cli/DRPhoneBackupsCommand.h"
 #include "app/cli/DRPhoneCommand.h"
+#include "app/cli/DRRestoreCommand.h"
+#include "app/cli/DRRestoreText.h"
 #include "app/cli/DRSampleCommand.h"
 #include "app/cli/DRTerminal.h"
 #include "app/cli/DRTransferCommand.h"
@@ -36,7 +39,8 @@ std::unique_ptr<DRCommand> commandOf(const DRCommandLine& line, DRMigrateStartup
             {u"backups"_s, make<DRBackupsCommand>}, {u"inspect"_s, make<DRInspectCommand>},
             {u"phone"_s, make<DRPhoneCommand>},     {u"transfer"_s, make<DRTransferCommand>},
             {u"packet"_s, make<DRPacketCommand>},   {u"sample"_s, make<DRSampleCommand>},
-            {u"doctor"_s, make<DRDoctorCommand>},
+            {u"doctor"_s, make<DRDoctorCommand>},   {u"phone-backups"_s, make<DRPhoneBackupsCommand>},
+            {u"restore"_s, make<DRRestoreCommand>},
         };
     return kCommands.at(line.command)(line, startup, terminal);
 }
@@ -47,6 +51,9 @@ DRCommandOutcome usageError(const DRCommandLine& line, DRTerminal& terminal)
                              u"see what there is: phone-migrate --help"_s};
     if (line.json && line.command == u"transfer") {
         terminal.data(DRJsonOutput::line(DRTransferSummaryText::jsonOfRefusal(outcome)));
+    }
+    if (line.json && line.command == u"restore") {
+        terminal.data(DRJsonOutput::line(DRRestoreText::jsonOfRefusal(outcome)));
     }
     return outcome;
 }

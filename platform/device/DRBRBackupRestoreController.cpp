@@ -3,6 +3,7 @@
 #include "platform/device/DRDCDevice.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <array>
 #include <utility>
@@ -85,4 +86,10 @@ QString DRBRBackupRestoreController::dataTypeOfPacket(const QString& packetID)
         }
     }
     return {};
+}
+
+bool DRBRBackupRestoreController::isPacketID(const QString& name)
+{
+    static const QRegularExpression pattern(u"\\A[A-Za-z0-9_]+(\\.[A-Za-z0-9_]+)*\\z"_s);
+    return pattern.match(name).hasMatch();
 }

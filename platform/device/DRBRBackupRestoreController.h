@@ -29,6 +29,10 @@ public:
     /// The data-type key whose content the packet holds; empty for a packet that this program does not know.
     [[nodiscard]] static QString dataTypeOfPacket(const QString& packetID);
 
+    /// Whether an app can be called so: letters, digits and underscores in parts joined by dots. Such a name is never
+    /// "..", hidden or a path.
+    [[nodiscard]] static bool isPacketID(const QString& name);
+
 private:
     QString m_phoneBackupsFolder;
 };

@@ -1,12 +1,12 @@
 #include "platform/folder_phone/DRFolderPhonePackets.h"
 
 #include "platform/core/DRPrivateFolder.h"
+#include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/folder_phone/DRNoFollow.h"
 #include "platform/folder_phone/DRPhoneProblems.h"
 #include "platform/folder_phone/DRWholeFile.h"
 
 #include <QDir>
-#include <QRegularExpression>
 
 #include <algorithm>
 #include <cerrno>
@@ -18,13 +18,6 @@
 using namespace Qt::StringLiterals;
 
 namespace {
-
-/// Letters, digits and underscores in parts joined by dots: never "..", never hidden, never a path.
-bool isPacketID(const QString& name)
-{
-    static const QRegularExpression pattern(u"\\A[A-Za-z0-9_]+(\\.[A-Za-z0-9_]+)*\\z"_s);
-    return pattern.match(name).hasMatch();
-}
 
 DRFileDescriptor openPacket(const DRFolderPhoneRoot& root, const QString& packetID)
 {
@@ -146,14 +139,14 @@ QStringList DRFolderPhonePackets::offered() const
     }
     const QDir packets(m_root.path() + u'/' + DRFolderPhoneRoot::kPacketsFolder);
     QStringList names = packets.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks, QDir::Unsorted);
-    names.removeIf([](const QString& name) { return !isPacketID(name); });
+    names.removeIf([](const QString& name) { return !DRBRBackupRestoreController::isPacketID(name); });
     names.sort();
     return names;
 }
 
 quint64 DRFolderPhonePackets::sizeOnPhone(const QString& packetID) const
 {
-    return isPacketID(packetID) ? DRNoFollow::sizeOf(openPacket(m_root, packetID)) : 0;
+    return DRBRBackupRestoreController::isPacketID(packetID) ? DRNoFollow::sizeOf(openPacket(m_root, packetID)) : 0;
 }
 
 DRStepOutcome
@@ -162,7 +155,8 @@ DRFolderPhonePackets::fetch(const QString& packetID, const QString& targetFolder
     if (!m_root.isThere()) {
         return DRPhoneProblems::phoneGone();
     }
-    const DRFileDescriptor source = isPacketID(packetID) ? openPacket(m_root, packetID) : DRFileDescriptor();
+    const DRFileDescriptor source =
+        DRBRBackupRestoreController::isPacketID(packetID) ? openPacket(m_root, packetID) : DRFileDescriptor();
     if (!source.isOpen()) {
         return DRStepOutcome::failed(u"the phone cannot back it up"_s);
     }
@@ -176,7 +170,7 @@ DRStepOutcome DRFolderPhonePackets::restore(const QString& packetID,
     if (!m_root.isThere()) {
         return DRPhoneProblems::phoneGone();
     }
-    if (!isPacketID(packetID)) {
+    if (!DRBRBackupRestoreController::isPacketID(packetID)) {
         return DRStepOutcome::failed(u"it has no name of a packet"_s);
     }
     const QString sourcePath = pathBelow(sourceFolder, packetID);
