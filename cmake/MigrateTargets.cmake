@@ -22,6 +22,26 @@ if(MIGRATE_SANITIZE)
     target_link_options(migrate_common INTERFACE -fsanitize=${MIGRATE_SANITIZE})
 endif()
 
+if(MIGRATE_HARDENING)
+    # What Debian builds its packages with. Fortified functions need optimisation, which Release has. Built into the programs
+    # are no paths of the computer that built them.
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    target_compile_options(migrate_common INTERFACE
+        -fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -Wformat -Werror=format-security
+        "-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.")
+    target_link_options(migrate_common INTERFACE LINKER:-z,relro LINKER:-z,now)
+endif()
+
+if(MIGRATE_FUZZERS)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        message(FATAL_ERROR "MIGRATE_FUZZERS needs Clang, which brings libFuzzer")
+    endif()
+    # Lets libFuzzer see which code an input reaches.
+    target_compile_options(migrate_common INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 # migrate_add_library(name SOURCES ... LINKS ...): one static library of a layer or of a part of it.
 function(migrate_add_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})

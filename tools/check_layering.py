@@ -48,7 +48,7 @@ def offences_of(path, root):
             continue
         target_layer = target.split("/")[0]
         if target_layer not in LAYERS:
-            if target_layer in ("tests", "bench"):
+            if target_layer in ("tests", "bench", "fuzz"):
                 yield where + "the program must not need its tests"
             continue
         if is_in_widget_folder(target) and not is_in_widget_folder(source):

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -45,15 +46,15 @@ char closingQuote(char opening)
     return opening == '[' ? ']' : opening;
 }
 
-/// With both quotes; 1 when the closing one is missing.
-qsizetype lengthOfQuoted(QByteArrayView text)
+/// With both quotes; none when the closing one is missing.
+std::optional<qsizetype> lengthOfQuoted(QByteArrayView text)
 {
     const char quote = closingQuote(text.front());
     qsizetype end = text.indexOf(quote, 1);
     while (quote != ']' && end >= 0 && end + 1 < text.size() && text.at(end + 1) == quote) {
         end = text.indexOf(quote, end + 2);
     }
-    return end < 0 ? 1 : end + 1;
+    return end < 0 ? std::nullopt : std::optional(end + 1);
 }
 
 bool isExponentSign(QByteArrayView text, qsizetype i)
@@ -88,16 +89,15 @@ bool isNumber(QByteArrayView text)
     return isDigit(text.front()) || (text.front() == '.' && text.size() > 1 && isDigit(text.at(1)));
 }
 
-/// The kind and length of the token that the text begins with.
+/// The kind and length of the token that the text begins with. An unclosed quote takes all that follows it: looking for the
+/// end of each of many would take the square of the text's length.
 std::pair<Kind, qsizetype> nextToken(QByteArrayView text)
 {
-    if (text.front() == '\'') {
-        const qsizetype length = lengthOfQuoted(text);
-        return {length > 1 ? Kind::Text : Kind::Symbol, length};
-    }
-    if (kNameQuotes.contains(text.front())) {
-        const qsizetype length = lengthOfQuoted(text);
-        return {length > 1 ? Kind::Name : Kind::Symbol, length};
+    const bool isText = text.front() == '\'';
+    if (isText || kNameQuotes.contains(text.front())) {
+        const auto length = lengthOfQuoted(text);
+        const Kind kind = isText ? Kind::Text : Kind::Name;
+        return length ? std::pair(kind, *length) : std::pair(Kind::Symbol, text.size());
     }
     if (isNumber(text)) {
         return {Kind::Number, lengthOfNumber(text)};

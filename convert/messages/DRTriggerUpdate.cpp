@@ -117,6 +117,9 @@ bool DRTriggerUpdate::isOfThreadOfNewPart() const
     }
     reader.skip("distinct");
     const QByteArray result = fullName(reader.takeUntil({"from"}));
+    if (reader.isAtEnd()) {
+        return false; // a select without a table
+    }
     const DRSqlTokens tail(reader.rest().begin(), reader.rest().end() - 1);
     DRSqlTokenReader tailReader(tail);
     return result == "pdu.thread_id" &&

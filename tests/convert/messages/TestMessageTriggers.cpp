@@ -279,6 +279,7 @@ std::vector<Case> refusedCases()
         {"part sets what messages set", false, settingThread(u"has_attachment = 0"_s) + onPart(u"has_attachment = 1"_s)},
         {"parts set different values", false, onPart(u"error = 1"_s) + onPart(u"error = 2"_s).replace(u"t3"_s, u"t4"_s).replace(u"!= 'text"_s, u"= 'text"_s)},
         {"part with a condition on its name", false, onPart(u"has_attachment = 1"_s).replace(u"WHEN new.ct"_s, u"WHEN new.cl"_s)},
+        {"part updates a thread that no table tells", false, onPart(u"has_attachment = 1"_s).replace(u"thread_id FROM pdu WHERE pdu._id = new.mid"_s, u"new.mid"_s)},
         {"part updates other threads", false, onPart(u"has_attachment = 1"_s).replace(u"pdu._id ="_s, u"pdu._id <"_s)},
         // clang-format on
     };
