@@ -27,6 +27,17 @@ DRResult<DRDCDevicePointer> DRPhoneChoice::open(DRMigrateStartup& startup)
     return phone;
 }
 
+DRResult<DRDCDevicePointer> DRPhoneChoice::openForWriting(DRMigrateStartup& startup)
+{
+    auto choice = open(startup);
+    if (const auto* phone = std::get_if<DRDCDevicePointer>(&choice)) {
+        if (auto refusal = compatibility(**phone); refusal.code != DRExitCode::Done) {
+            return refusal;
+        }
+    }
+    return choice;
+}
+
 DRCommandOutcome DRPhoneChoice::compatibility(const DRDCDevice& phone)
 {
     static constexpr quint32 kOldestAndroid = 2;

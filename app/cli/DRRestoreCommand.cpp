@@ -58,14 +58,11 @@ DRResult<DRRestoreCommand::Prepared> DRRestoreCommand::prepare()
     if (const auto* refusal = std::get_if<DRCommandOutcome>(&choice)) {
         return *refusal;
     }
-    const auto phoneChoice = DRPhoneChoice::open(startup());
+    const auto phoneChoice = DRPhoneChoice::openForWriting(startup());
     if (const auto* refusal = std::get_if<DRCommandOutcome>(&phoneChoice)) {
         return *refusal;
     }
     const auto& phone = std::get<DRDCDevicePointer>(phoneChoice);
-    if (auto refusal = DRPhoneChoice::compatibility(*phone); refusal.code != DRExitCode::Done) {
-        return refusal;
-    }
     const auto isMeant = [this](const QString& packetID) { return isWanted(packetID); };
     auto plan = DRPhoneRestorePlan::make(std::get<DRPhoneBackup>(choice), *phone, isMeant);
     if (auto refusal = DRRestoreText::refusal(plan); refusal.code != DRExitCode::Done) {

@@ -79,14 +79,11 @@ DRResult<DRTransferCommand::Prepared> DRTransferCommand::prepare(DRInterrupt& in
     if (const auto* refusal = std::get_if<DRCommandOutcome>(&choice)) {
         return *refusal;
     }
-    const auto phoneChoice = DRPhoneChoice::open(startup());
+    const auto phoneChoice = DRPhoneChoice::openForWriting(startup());
     if (const auto* refusal = std::get_if<DRCommandOutcome>(&phoneChoice)) {
         return *refusal;
     }
     const auto& phone = std::get<DRDCDevicePointer>(phoneChoice);
-    if (auto refusal = DRPhoneChoice::compatibility(*phone); refusal.code != DRExitCode::Done) {
-        return refusal;
-    }
     if (!line().dryRun) {
         if (auto refusal = DRWorkingFolder::lock(startup()); refusal.code != DRExitCode::Done) {
             return refusal;

@@ -17,25 +17,11 @@ namespace {
 const DRNeededColumns kNeeded{
     "bookmarks", {"title", "url", "folder", "parent", "position", "version", "created", "modified", "dirty"}};
 
-void skipAll(DRMigrateReport& report, const QString& why)
-{
-    qCWarning(lcMigrate, "The bookmarks could not be written: %ls", qUtf16Printable(why));
-    report.skipped.push_back({.what = u"All bookmarks"_s, .why = why});
-}
-
 } // namespace
 
-bool DRMigrateAndroidBookmarks::load()
+DRMigrateAndroidBookmarks::Names DRMigrateAndroidBookmarks::names() const
 {
-    setEntries(DREntryList());
-    if (!expandPacket()) {
-        return false;
-    }
-    if (!checkForManifest()) {
-        setIgnoreDataType(true);
-        skipWithoutManifest(u"The browser"_s);
-    }
-    return true;
+    return {.app = u"The browser"_s, .records = u"bookmarks"_s};
 }
 
 bool DRMigrateAndroidBookmarks::mergeDataFrom(const DRMigrateDataType& source)
@@ -64,8 +50,7 @@ bool DRMigrateAndroidBookmarks::mergeTree(DRDatabase& database, const DRBookmark
                   qUtf16Printable(database.lastErrorMessage()));
     }
     if (const QString lack = kNeeded.lackIn(database); !lack.isNull()) {
-        setIgnoreDataType(true); // the phone's packet stays as it is
-        skipAll(outcome, u"the browser's database on this phone has no "_s + lack);
+        leaveAsItIs(outcome, u"the browser's database on this phone has no "_s + lack);
         return true;
     }
     DRTransaction transaction(database);
@@ -90,9 +75,4 @@ bool DRMigrateAndroidBookmarks::mergeTree(DRDatabase& database, const DRBookmark
         return false;
     }
     return true;
-}
-
-bool DRMigrateAndroidBookmarks::save()
-{
-    return ignoreDataType() || packPacket();
 }

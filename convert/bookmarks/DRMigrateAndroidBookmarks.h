@@ -1,17 +1,14 @@
 #pragma once
 
-#include "model/backup_entry/DRMigrateDataType.h"
+#include "model/backup_entry/DRMigrateAppPacket.h"
 
 class DRDatabase;
 struct DRBookmarkTree;
 
 /// Appends bookmarks and their folders to the phone's browser, in "db/browser2.db" of its packet.
-class DRMigrateAndroidBookmarks final : public DRMigrateDataType {
+class DRMigrateAndroidBookmarks final : public DRMigrateAppPacket {
 public:
-    using DRMigrateDataType::DRMigrateDataType;
-
-    /// Expands the packet. One without a manifest is ignored from then on: the phone would drop it, so its own stays.
-    [[nodiscard]] bool load() override;
+    using DRMigrateAppPacket::DRMigrateAppPacket;
 
     /// Writes the source's tree, in one transaction; nothing recognises bookmarks that are there already. Rows that the
     /// database refuses are left out, and told. A packet whose database lacks the table or a column that is written, or
@@ -19,8 +16,8 @@ public:
     /// transaction is lost.
     [[nodiscard]] bool mergeDataFrom(const DRMigrateDataType& source) override;
 
-    /// Packs the packet.
-    [[nodiscard]] bool save() override;
+protected:
+    [[nodiscard]] Names names() const override;
 
 private:
     [[nodiscard]] bool mergeTree(DRDatabase& database, const DRBookmarkTree& tree, DRMigrateReport& outcome);

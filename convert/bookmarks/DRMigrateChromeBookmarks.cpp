@@ -5,7 +5,6 @@
 #include "convert/bookmarks/DRMigrateIPhoneBookmarks.h"
 #include "model/backup_entry/DRMigrateServices.h"
 #include "platform/core/DRFiles.h"
-#include "platform/core/DRLog.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,17 +39,9 @@ bool holdsAnything(const QString& path)
 
 } // namespace
 
-bool DRMigrateChromeBookmarks::load()
+DRMigrateChromeBookmarks::Names DRMigrateChromeBookmarks::names() const
 {
-    setEntries(DREntryList());
-    if (!expandPacket()) {
-        return false;
-    }
-    if (!checkForManifest()) {
-        setIgnoreDataType(true);
-        skipWithoutManifest(u"Chrome"_s);
-    }
-    return true;
+    return {.app = u"Chrome"_s, .records = u"bookmarks"_s};
 }
 
 bool DRMigrateChromeBookmarks::mergeDataFrom(const DRMigrateDataType& source)
@@ -83,10 +74,7 @@ void DRMigrateChromeBookmarks::writeTree(const DRBookmarkTree& tree, DRMigrateRe
         text = DRChromeBookmarksText::fileAround(text);
     }
     if (!writeFile(path, text)) {
-        setIgnoreDataType(true); // the phone's packet stays as it is
-        qCWarning(lcMigrate, "Chrome's bookmarks file cannot be written");
-        outcome.skipped.push_back(
-            {.what = u"All bookmarks"_s, .why = u"Chrome's file for them cannot be written on this computer"_s});
+        leaveAsItIs(outcome, u"Chrome's file for them cannot be written on this computer"_s);
         return;
     }
     QFile::remove(path + u".bak"_s); // often there is none
@@ -100,9 +88,4 @@ void DRMigrateChromeBookmarks::writeTree(const DRBookmarkTree& tree, DRMigrateRe
     if (!warning.isNull()) {
         outcome.warnings.append(warning);
     }
-}
-
-bool DRMigrateChromeBookmarks::save()
-{
-    return ignoreDataType() || packPacket();
 }

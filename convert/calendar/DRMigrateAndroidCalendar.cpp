@@ -3,7 +3,6 @@
 #include "convert/calendar/DRCalendarWriter.h"
 #include "convert/calendar/DRMigrateIPhoneCalendar.h"
 #include "platform/core/DRLocalCalendar.h"
-#include "platform/core/DRLog.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRNeededColumns.h"
 #include "platform/sqlite/DRTransaction.h"
@@ -29,25 +28,11 @@ const std::array kNeeded{
     DRNeededColumns{"Reminders", {"event_id", "minutes", "method"}},
 };
 
-void skipAll(DRMigrateReport& report, const QString& why)
-{
-    qCWarning(lcMigrate, "The events could not be written: %ls", qUtf16Printable(why));
-    report.skipped.push_back({.what = u"All events"_s, .why = why});
-}
-
 } // namespace
 
-bool DRMigrateAndroidCalendar::load()
+DRMigrateAndroidCalendar::Names DRMigrateAndroidCalendar::names() const
 {
-    setEntries(DREntryList());
-    if (!expandPacket()) {
-        return false;
-    }
-    if (!checkForManifest()) {
-        setIgnoreDataType(true);
-        skipWithoutManifest(u"The calendar app"_s);
-    }
-    return true;
+    return {.app = u"The calendar app"_s, .records = u"events"_s};
 }
 
 bool DRMigrateAndroidCalendar::mergeDataFrom(const DRMigrateDataType& source)
@@ -75,8 +60,7 @@ bool DRMigrateAndroidCalendar::mergeCalendars(DRDatabase& database,
                                               DRMigrateReport& outcome)
 {
     if (const QString lack = DRNeededColumns::firstLackIn(database, kNeeded); !lack.isNull()) {
-        setIgnoreDataType(true); // the phone's packet stays as it is
-        skipAll(outcome, u"the calendar database of this phone has no "_s + lack);
+        leaveAsItIs(outcome, u"the calendar database of this phone has no "_s + lack);
         return true;
     }
     DRTransaction transaction(database);
@@ -114,9 +98,4 @@ QString DRMigrateAndroidCalendar::writeCalendars(DRDatabase& database,
     writer.losses().tell(outcome);
     outcome.written = writer.eventCount();
     return {};
-}
-
-bool DRMigrateAndroidCalendar::save()
-{
-    return ignoreDataType() || packPacket();
 }

@@ -1,17 +1,14 @@
 #pragma once
 
-#include "model/backup_entry/DRMigrateDataType.h"
+#include "model/backup_entry/DRMigrateAppPacket.h"
 
 class DRDatabase;
 class DRMigrateIPhoneCalendar;
 
 /// Appends events to the first calendar of the phone's calendar app, in "db/calendar.db" of its packet.
-class DRMigrateAndroidCalendar final : public DRMigrateDataType {
+class DRMigrateAndroidCalendar final : public DRMigrateAppPacket {
 public:
-    using DRMigrateDataType::DRMigrateDataType;
-
-    /// Expands the packet. One without a manifest is ignored from then on: the phone would drop it, so its own stays.
-    [[nodiscard]] bool load() override;
+    using DRMigrateAppPacket::DRMigrateAppPacket;
 
     /// Appends every event of the source, which is a `DRMigrateIPhoneCalendar`, in one transaction; nothing recognises
     /// events that are there already. Recurring ones are continued in the computer's time zone. What cannot be written is left out, and told. A packet whose database lacks a table
@@ -19,8 +16,8 @@ public:
     /// cannot be opened or read, or the transaction is lost.
     [[nodiscard]] bool mergeDataFrom(const DRMigrateDataType& source) override;
 
-    /// Packs the packet.
-    [[nodiscard]] bool save() override;
+protected:
+    [[nodiscard]] Names names() const override;
 
 private:
     [[nodiscard]] bool

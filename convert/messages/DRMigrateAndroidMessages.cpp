@@ -42,12 +42,6 @@ bool hasMessageTable(const QString& path)
     return database && database->executeQuery(u"SELECT * FROM sqlite_master WHERE name='sms'"_s).next();
 }
 
-void skipAll(DRMigrateReport& report, const QString& why)
-{
-    qCWarning(lcMigrate, "The messages could not be written: %ls", qUtf16Printable(why));
-    report.skipped.push_back({.what = u"All messages"_s, .why = why});
-}
-
 qint64 messageCount(const std::vector<const DRImportedChat*>& chats)
 {
     qint64 count = 0;
@@ -58,6 +52,11 @@ qint64 messageCount(const std::vector<const DRImportedChat*>& chats)
 }
 
 } // namespace
+
+DRMigrateAndroidMessages::Names DRMigrateAndroidMessages::names() const
+{
+    return {.app = u"The message app"_s, .records = u"messages"_s};
+}
 
 bool DRMigrateAndroidMessages::load()
 {
@@ -72,7 +71,7 @@ bool DRMigrateAndroidMessages::load()
     qCWarning(lcMigrate, "Mint message error, ignore");
     setIgnoreDataType(true);
     if (isExpanded) {
-        skipWithoutManifest(u"The message app"_s);
+        skipWithoutManifest(names().app);
     }
     return true;
 }
@@ -117,8 +116,7 @@ bool DRMigrateAndroidMessages::prepareDatabase(const QString& path, DRMigrateRep
 bool DRMigrateAndroidMessages::mergeChats(DRDatabase& database, const Chats& chats, DRMigrateReport& outcome)
 {
     if (const QString lack = lackIn(database); !lack.isNull()) {
-        setIgnoreDataType(true); // the phone's packet stays as it is
-        skipAll(outcome, u"the message database of this phone has no "_s + lack);
+        leaveAsItIs(outcome, u"the message database of this phone has no "_s + lack);
         return true;
     }
     if (!database.hasTable(QString::fromLatin1(kOwnList.table))) {
@@ -163,9 +161,4 @@ QString DRMigrateAndroidMessages::writeChats(DRDatabase& database, const Chats& 
     outcome.counts[u"attachments"_s] = writer.counts().attachments;
     setFreshBackupFiles(writer.freshBackupFiles());
     return {};
-}
-
-bool DRMigrateAndroidMessages::save()
-{
-    return ignoreDataType() || packPacket();
 }

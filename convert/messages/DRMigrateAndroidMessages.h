@@ -1,14 +1,14 @@
 #pragma once
 
-#include "model/backup_entry/DRMigrateDataType.h"
+#include "model/backup_entry/DRMigrateAppPacket.h"
 
 class DRDatabase;
 struct DRImportedChat;
 
 /// Appends conversations to the phone's message app, in "db/mmssms.db" and "r/app_parts" of its packet.
-class DRMigrateAndroidMessages final : public DRMigrateDataType {
+class DRMigrateAndroidMessages final : public DRMigrateAppPacket {
 public:
-    using DRMigrateDataType::DRMigrateDataType;
+    using DRMigrateAppPacket::DRMigrateAppPacket;
 
     /// Expands the packet. One without a manifest is ignored from then on: the phone would drop it, so its own stays.
     /// False when a path is missing, or only a part of a packet with a manifest could be expanded.
@@ -21,15 +21,15 @@ public:
     /// lost.
     [[nodiscard]] bool mergeDataFrom(const DRMigrateDataType& source) override;
 
-    /// Packs the packet.
-    [[nodiscard]] bool save() override;
-
     /// A failed step counts only while the packet has a manifest.
     [[nodiscard]] bool hasError() const override { return DRMigrateDataType::hasError() && !manifestMissing(); }
 
     /// The attachment files that the merge wrote, as paths in the packet.
     [[nodiscard]] const QStringList& freshBackupFiles() const { return m_freshBackupFiles; }
     void setFreshBackupFiles(const QStringList& files) { m_freshBackupFiles = files; }
+
+protected:
+    [[nodiscard]] Names names() const override;
 
 private:
     using Chats = std::vector<const DRImportedChat*>;

@@ -3,7 +3,6 @@
 #include "convert/notes/DRImportedNote.h"
 #include "convert/notes/DRNotesTemplate.h"
 #include "model/backup_entry/DRMigrateServices.h"
-#include "platform/core/DRLog.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRTransaction.h"
 
@@ -31,17 +30,9 @@ bool hasNotesTable(const QString& path)
 
 } // namespace
 
-bool DRMigrateAndroidNotes::load()
+DRMigrateAndroidNotes::Names DRMigrateAndroidNotes::names() const
 {
-    setEntries(DREntryList());
-    if (!expandPacket()) {
-        return false;
-    }
-    if (!checkForManifest()) {
-        setIgnoreDataType(true);
-        skipWithoutManifest(u"The notes app"_s);
-    }
-    return true;
+    return {.app = u"The notes app"_s, .records = u"notes"_s};
 }
 
 bool DRMigrateAndroidNotes::mergeDataFrom(const DRMigrateDataType& source)
@@ -94,14 +85,8 @@ bool DRMigrateAndroidNotes::insertNotes(DRDatabase& database,
     }
     if (!transaction.commit()) {
         outcome.written = 0;
-        outcome.skipped.push_back({.what = u"All notes"_s, .why = u"they could not be written to the disk"_s});
-        qCWarning(lcMigrate, "The notes could not be written: %ls", qUtf16Printable(database.lastErrorMessage()));
+        skipAll(outcome, database.lastErrorMessage());
         return false;
     }
     return true;
-}
-
-bool DRMigrateAndroidNotes::save()
-{
-    return ignoreDataType() || packPacket();
 }

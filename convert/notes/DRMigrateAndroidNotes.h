@@ -1,17 +1,14 @@
 #pragma once
 
-#include "model/backup_entry/DRMigrateDataType.h"
+#include "model/backup_entry/DRMigrateAppPacket.h"
 
 class DRDatabase;
 struct DRImportedNote;
 
 /// Appends notes to the phone's notes app, in "db/note.db" of its packet.
-class DRMigrateAndroidNotes final : public DRMigrateDataType {
+class DRMigrateAndroidNotes final : public DRMigrateAppPacket {
 public:
-    using DRMigrateDataType::DRMigrateDataType;
-
-    /// Expands the packet. One without a manifest is ignored from then on: the phone would drop it, so its own stays.
-    [[nodiscard]] bool load() override;
+    using DRMigrateAppPacket::DRMigrateAppPacket;
 
     /// Writes every note of the source as a new row, in one transaction; notes that are there already, also the same
     /// ones, stay. A database that is missing, unreadable or without a `notes` table is replaced by an empty one. A
@@ -19,8 +16,8 @@ public:
     /// transaction is lost.
     [[nodiscard]] bool mergeDataFrom(const DRMigrateDataType& source) override;
 
-    /// Packs the packet.
-    [[nodiscard]] bool save() override;
+protected:
+    [[nodiscard]] Names names() const override;
 
 private:
     [[nodiscard]] bool prepareDatabase(const QString& path, DRMigrateReport& outcome) const;

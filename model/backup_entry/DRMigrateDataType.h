@@ -102,7 +102,6 @@ public:
 
     /// Whether `checkForManifest` found no manifest.
     [[nodiscard]] bool manifestMissing() const { return m_manifestMissing; }
-    void setManifestMissing(bool missing) { m_manifestMissing = missing; }
 
     /// Whether a converter decided to leave its packet out of the restore.
     [[nodiscard]] bool ignoreDataType() const { return m_ignoreDataType; }

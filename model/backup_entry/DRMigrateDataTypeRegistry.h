@@ -29,9 +29,6 @@ public:
     [[nodiscard]] std::shared_ptr<DRMigrateDataType> mediaType(const QString& key,
                                                                const DRMigrateServices& services) const;
 
-    /// Whether the iPhone side of the key can be read at all by this program.
-    [[nodiscard]] bool knowsIPhoneType(const QString& key) const { return m_iPhoneTypes.contains(key); }
-
 private:
     std::map<QString, Factory> m_iPhoneTypes;
     std::map<QString, Factory> m_packetTypes;
