@@ -10,7 +10,7 @@ using namespace Qt::StringLiterals;
 
 std::span<const DRKind> DRKinds::all()
 {
-    static const std::array<DRKind, 9> kKinds{{
+    static const auto kKinds = std::to_array<DRKind>({
         {DRMigrateKeys::kContacts, u"contacts"_s, u"Contacts and calls"_s},
         {DRMigrateKeys::kTextMessages, u"messages"_s, u"Messages"_s},
         {DRMigrateKeys::kNotes, u"notes"_s, u"Notes"_s},
@@ -20,7 +20,7 @@ std::span<const DRKind> DRKinds::all()
         {DRMigrateKeys::kVideos, u"videos"_s, u"Videos"_s},
         {DRMigrateKeys::kMusic, u"music"_s, u"Music"_s},
         {DRMigrateKeys::kVoiceMemos, u"voicememos"_s, u"Voice memos"_s},
-    }};
+    });
     return kKinds;
 }
 

@@ -15,7 +15,7 @@ struct DRKind {
 
 namespace DRKinds {
 
-/// All nine kinds, in the order in which they are shown.
+/// All kinds, in the order in which they are shown.
 [[nodiscard]] std::span<const DRKind> all();
 
 [[nodiscard]] QStringList allKeys();

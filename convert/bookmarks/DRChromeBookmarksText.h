@@ -9,7 +9,7 @@
 class DRClock;
 
 /// The text of Chrome's bookmarks file, as UTF-8 bytes. It is put together and edited as text: a JSON library would
-/// write what the phone's own Chrome has in the file otherwise than it stands there. See docs/formats/bookmarks.md.
+/// write what the phone's own Chrome has in the file otherwise than it stands there. See docs/formats/chrome-bookmarks.md.
 namespace DRChromeBookmarksText {
 
 /// The text as it stands between the quotes: ASCII from blank to tilde as it is, all else as "\uXXXX", beyond U+FFFF as

@@ -11,7 +11,7 @@
 ///     <folder>/BackupData.plist                  the description
 ///     <folder>/<packet ID>/fullbackupdata        one app's packet, as the phone gave it
 ///
-/// Backups are never changed once they are made. See docs/formats/phone-folder.md.
+/// Backups are never changed once they are made. See docs/formats/phone-backup.md.
 struct DRPhoneBackup {
     /// The packet of one app that the description names.
     struct App {

@@ -49,7 +49,7 @@ public:
     [[nodiscard]] bool shouldUploadImage() const { return m_shouldUploadImage; }
 
     /// The contact as one vCard 3.0 in UTF-8 that ends with a line break, made for Android's importer: see
-    /// docs/formats/contacts.md for what becomes of each element. The markers "BEGIN:VCARD" and "END:VCARD" stand in it
+    /// docs/formats/vcard.md for what becomes of each element. The markers "BEGIN:VCARD" and "END:VCARD" stand in it
     /// exactly once, whatever the contact's texts hold. A picture that is neither JPEG nor PNG is left out.
     [[nodiscard]] QByteArray vCardRepresentation() const;
 

@@ -1,0 +1,7 @@
+#pragma once
+
+/// Named by the page beside it.
+class DRHere {
+public:
+    void open();
+};
