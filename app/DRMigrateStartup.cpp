@@ -143,5 +143,9 @@ DRDCDevicePointer DRMigrateStartup::changePhone(const QString& folder)
 DRDCDevicePointer DRMigrateStartup::phoneIn(const QString& folder)
 {
     const QString canonical = QFileInfo(folder).canonicalFilePath();
-    return canonical.isEmpty() ? nullptr : DRFolderPhone::open(canonical, m_taskQueue, m_notificationCenter);
+    auto phone = canonical.isEmpty() ? nullptr : DRFolderPhone::open(canonical, m_taskQueue, m_notificationCenter);
+    if (phone) {
+        phone->countInBackground();
+    }
+    return phone;
 }

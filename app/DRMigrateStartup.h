@@ -66,6 +66,9 @@ public:
     /// Makes and locks the working folder until this object goes. None when that is done, else why it is refused.
     [[nodiscard]] std::optional<DRPrivateFolder::Refusal> lockWorkingFolder();
 
+    /// Waits for background tasks that already run and drops all others; nothing runs in the background any more.
+    void endBackgroundWork() { m_taskQueue.end(); }
+
     /// What the wizard's steps work with. Opens the usage log, so ask only when a wizard is to run.
     [[nodiscard]] DRMGContext context();
 

@@ -33,11 +33,13 @@ void fuzzOne(QByteArrayView bytes)
     chrome.setTargetPath(folder.path({}));
     chrome.setPacketID(u"packet"_s);
     require(chrome.mergeDataFrom(source), "bookmarks are merged");
-    require(chrome.report().written == 2, "both bookmarks are written");
 
     const QByteArray after = contentOf(path);
     require(after.isValidUtf8(), "the file is UTF-8");
     const bool isDamaged = QJsonDocument::fromJson(after).isNull();
-    require(!isDamaged || !chrome.report().warnings.isEmpty(), "a file that Chrome cannot read is told of");
+    const bool isLoss = !chrome.report().skipped.empty();
+    require(!isDamaged || isLoss, "a file that Chrome cannot read is a loss");
+    require(!isLoss || !chrome.report().warnings.isEmpty(), "and is told of before it reaches the phone");
+    require(chrome.report().written == (isLoss ? 0 : 2), "both bookmarks are written, or none");
     require(isDamaged || after.count(R"("type": "url")") >= 2, "the new bookmarks are in the file");
 }

@@ -116,6 +116,11 @@ QString DRMGSequence::localizedStringForSequenceStepType(qint32 identifier) cons
     return m_context.strings.text(QString::fromUtf16(kGroupTitles.at(static_cast<std::size_t>(identifier))));
 }
 
+bool DRMGSequence::hasStepGroupFailed(int identifier) const
+{
+    return identifier == DRMGStepGroups::kTransfer && transferResult().errorState != 0;
+}
+
 std::vector<DRMigrateIPhoneBackupEntryPointer> DRMGSequence::latestBackupList() const
 {
     return DRMigrateUtils::latestBackupEntriesFromList(

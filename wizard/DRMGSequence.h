@@ -41,6 +41,9 @@ public:
     /// The step group's title; a null text for groups other than 0 to 3.
     [[nodiscard]] QString localizedStringForSequenceStepType(qint32 identifier) const;
 
+    /// The transfer's has once the transfer ended with an error.
+    [[nodiscard]] bool hasStepGroupFailed(int identifier) const override;
+
     /// Looks for iPhone backups in this folder from now on.
     void setBackupsFolder(const QString& folder) { m_context.backupsFolder = folder; }
 

@@ -7,6 +7,8 @@
 #include "wizard/DRMGKindTexts.h"
 #include "wizard/DRTransferSummary.h"
 
+#include <QDir>
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -72,21 +74,30 @@ void DRMGTransferGate::makePlan(const QStringList& keys)
 std::optional<DRMGRepeatQuestion> DRMGTransferGate::makeQuestion() const
 {
     const QStringList& inQuestion = m_plan.repeated.isEmpty() ? m_plan.otherBackups : m_plan.repeated;
-    if (m_plan.kinds.empty() || (inQuestion.isEmpty() && !m_plan.isLedgerDamaged)) {
+    if (m_plan.kinds.empty() || (inQuestion.isEmpty() && m_plan.damagedLedger.isNull())) {
         return std::nullopt;
     }
     const auto text = [this](const QString& identifier) { return m_context.strings.text(identifier); };
-    const QString why = m_plan.repeated.isEmpty() ? u"wizard_repeat_other_backup"_s : u"wizard_repeat_text"_s;
     return DRMGRepeatQuestion{.keys = inQuestion,
                               .canLeaveOut = !inQuestion.isEmpty() && !without(m_plan.keys(), inQuestion).isEmpty(),
                               .title = text(u"wizard_repeat_title"_s),
-                              .text =
-                                  m_plan.isLedgerDamaged
-                                      ? text(u"wizard_repeat_unknown"_s)
-                                      : text(why).replace(u"%1"_s, DRMGKindTexts::names(m_context.strings, inQuestion)),
+                              .text = questionText(),
                               .moveAnywayButton = text(u"wizard_repeat_move_anyway"_s),
                               .leaveOutButton = text(u"wizard_repeat_leave_out"_s),
                               .stopButton = text(u"wizard_repeat_stop"_s)};
+}
+
+QString DRMGTransferGate::questionText() const
+{
+    const DRLocalizedStrings& strings = m_context.strings;
+    if (!m_plan.damagedLedger.isNull()) {
+        return strings.text(u"wizard_repeat_unknown"_s)
+            .replace(u"%1"_s, QDir::toNativeSeparators(m_plan.damagedLedger));
+    }
+    return m_plan.repeated.isEmpty()
+               ? strings.text(u"wizard_repeat_other_backup"_s)
+                     .replace(u"%1"_s, DRMGKindTexts::names(strings, m_plan.otherBackups))
+               : strings.text(u"wizard_repeat_text"_s).replace(u"%1"_s, DRMGKindTexts::names(strings, m_plan.repeated));
 }
 
 void DRMGTransferGate::remember()

@@ -46,6 +46,7 @@ public:
 private:
     void makePlan(const QStringList& keys);
     [[nodiscard]] std::optional<DRMGRepeatQuestion> makeQuestion() const;
+    [[nodiscard]] QString questionText() const;
 
     const DRMGContext& m_context;
     DRMigrateIPhoneBackupEntryPointer m_backup;

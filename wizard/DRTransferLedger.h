@@ -20,6 +20,8 @@ public:
     /// Whether the file is there but cannot be read, so that nothing is known.
     [[nodiscard]] bool isDamaged() const { return m_isDamaged; }
 
+    [[nodiscard]] const QString& path() const { return m_path; }
+
     /// Which of the kinds (selection keys) went from this backup to this phone before.
     [[nodiscard]] QStringList
     repeatedKinds(const QStringList& keys, const DRMigrateIPhoneBackupEntry& backup, const QString& phone) const;

@@ -86,7 +86,7 @@ DRTransferPlan DRTransferPlan::make(const Request& request,
     const QStringList keys = plan.keys();
     plan.repeated = ledger.repeatedKinds(keys, backup, phone->identifier());
     plan.otherBackups = ledger.kindsOfOtherBackups(keys, backup, phone->identifier());
-    plan.isLedgerDamaged = ledger.isDamaged();
+    plan.damagedLedger = ledger.isDamaged() ? ledger.path() : QString();
     plan.bytesNeeded = backup.bytesNeededForSelectedTypes(keys);
     plan.bytesFree = phone->preferredFilesystem().memoryFreeBytes();
     return plan;
@@ -117,7 +117,7 @@ DRTransferPlan::Obstacle DRTransferPlan::obstacle(Repeats repeats) const
     if (kinds.empty()) {
         return Obstacle::NothingMoves;
     }
-    if (isLedgerDamaged && repeats == Repeats::Refused) {
+    if (!damagedLedger.isNull() && repeats == Repeats::Refused) {
         return Obstacle::LedgerDamaged;
     }
     if (!repeated.isEmpty() && repeats == Repeats::Refused) {

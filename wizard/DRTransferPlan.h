@@ -44,7 +44,7 @@ struct DRTransferPlan {
     std::vector<Unmoved> unmoved;
     QStringList repeated;     ///< keys that went from this backup to this phone before
     QStringList otherBackups; ///< keys that went there from another backup of the same iPhone
-    bool isLedgerDamaged = false;
+    QString damagedLedger;    ///< the file of the ledger when that cannot be read, else null
     quint64 bytesNeeded = 0;
     quint64 bytesFree = 0;
 

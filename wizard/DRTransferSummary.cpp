@@ -2,6 +2,7 @@
 
 #include "model/media/DRMigrateMediaDataType.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
+#include "platform/device/DRBRBackupRestoreController.h"
 #include "wizard/steps/DRMGSequenceStepComplete.h"
 #include "wizard/steps/DRMGSequenceStepTransfer.h"
 
@@ -139,9 +140,13 @@ bool DRTransferSummary::hasLosses() const
     return std::ranges::any_of(kinds, [](const auto& entry) { return entry.second.lossCount() != 0; });
 }
 
-bool DRTransferSummary::isAnythingDelivered() const
+bool DRTransferSummary::isPhoneChanged() const
 {
-    return std::ranges::any_of(kinds, [](const auto& entry) { return entry.second.isDelivered(); });
+    return std::ranges::any_of(kinds, [](const auto& entry) {
+        const auto& [key, kind] = entry;
+        const bool isApp = !DRBRBackupRestoreController::dataTypeOfPacket(key).isEmpty();
+        return kind.isDelivered() || (isApp && isRestored(kind.flags));
+    });
 }
 
 QStringList DRTransferSummary::keysToRemember(const DRTransferPlan& plan, const DRTransferResult& result)

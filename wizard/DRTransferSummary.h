@@ -41,7 +41,9 @@ struct DRTransferSummary {
     make(const DRTransferPlan& plan, const DRMigrateIPhoneBackupEntry& backup, const DRTransferResult& result);
 
     [[nodiscard]] bool hasLosses() const;
-    [[nodiscard]] bool isAnythingDelivered() const;
+
+    /// Whether an app of the phone was replaced or a file copied to it.
+    [[nodiscard]] bool isPhoneChanged() const;
 
     /// The selection keys of the plan that a second transfer would double, as far as is known: what reached the phone.
     /// Files count only when all of a kind did or the run came to its end; with a phone that went away while its apps

@@ -1,6 +1,6 @@
 #include "app/cli/DRBackupLoader.h"
 
-#include "app/cli/DRInterrupt.h"
+#include "app/DRInterrupt.h"
 #include "model/backup_entry/DRMigrateBackupEntryDelegate.h"
 
 #include <QEventLoop>

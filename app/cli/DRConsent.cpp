@@ -1,7 +1,7 @@
 #include "app/cli/DRConsent.h"
 
-#include "app/cli/DRInterrupt.h"
 #include "app/cli/DRTerminal.h"
+#include "app/DRInterrupt.h"
 
 using namespace Qt::StringLiterals;
 

@@ -2,11 +2,11 @@
 
 #include "app/cli/DRBackupChoice.h"
 #include "app/cli/DRBackupLoader.h"
-#include "app/cli/DRInterrupt.h"
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRTerminal.h"
 #include "app/cli/DRTextTable.h"
+#include "app/DRInterrupt.h"
 #include "app/DRMigrateStartup.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
 #include "platform/core/DRLog.h"

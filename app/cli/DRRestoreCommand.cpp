@@ -1,7 +1,6 @@
 #include "app/cli/DRRestoreCommand.h"
 
 #include "app/cli/DRConsent.h"
-#include "app/cli/DRInterrupt.h"
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRPhoneBackupList.h"
@@ -10,6 +9,7 @@
 #include "app/cli/DRRestoreText.h"
 #include "app/cli/DRTerminal.h"
 #include "app/cli/DRWorkingFolder.h"
+#include "app/DRInterrupt.h"
 #include "app/DRMigrateStartup.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/core/DRLog.h"
@@ -138,7 +138,7 @@ DRCommandOutcome DRRestoreCommand::putBack(const Prepared& prepared, DRRestoreRu
     if (!isNoted) {
         reporter.warned(
             u"This could not be noted in %1: what a transfer says of kinds that the phone got before may be "
-            "wrong."_s.arg(startup().ledgerPath()));
+            "wrong. Make sure that you may write there and that the disk is not full."_s.arg(startup().ledgerPath()));
     }
     DRWorkingFolder::clear(startup(), terminal());
     return showSummary(request, *result);

@@ -1,7 +1,7 @@
 #include "app/cli/DRRestoreRun.h"
 
-#include "app/cli/DRInterrupt.h"
 #include "app/cli/DRRestoreText.h"
+#include "app/DRInterrupt.h"
 #include "model/backup_entry/DRMigrateServices.h"
 #include "platform/core/DRTaskQueue.h"
 

@@ -3,7 +3,6 @@
 #include "app/cli/DRBackupChoice.h"
 #include "app/cli/DRBackupLoader.h"
 #include "app/cli/DRConsent.h"
-#include "app/cli/DRInterrupt.h"
 #include "app/cli/DRJsonOutput.h"
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRPhoneChoice.h"
@@ -13,6 +12,7 @@
 #include "app/cli/DRTransferRun.h"
 #include "app/cli/DRTransferSummaryText.h"
 #include "app/cli/DRWorkingFolder.h"
+#include "app/DRInterrupt.h"
 #include "app/DRMigrateStartup.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "model/packet/DRMigratePacketCodec.h"
@@ -145,14 +145,15 @@ DRCommandOutcome DRTransferCommand::move(const Prepared& prepared, DRInterrupt& 
     DRTransferRun run(context, reporter, interrupt);
     const DRTransferRun::Result result = run.run(prepared.backup, prepared.phone, prepared.plan.keys());
     if (result.ending != Ending::Closed) {
+        clearWorkingFolder();
         return notClosed(result, *prepared.phone, prepared.plan);
     }
     const QStringList remembered = DRTransferSummary::keysToRemember(prepared.plan, result.transfer);
     isRecorded = ledger.settle(remembered, *prepared.backup, prepared.phone->identifier(), startup().clock().now()) &&
                  isRecorded;
     if (!isRecorded && !remembered.isEmpty()) {
-        reporter.warned(u"This transfer could not be noted in %1: another one would double everything."_s.arg(
-            startup().ledgerPath()));
+        reporter.warned(u"This transfer could not be noted in %1: another one would double everything. Make sure that "
+                        "you may write there and that the disk is not full."_s.arg(startup().ledgerPath()));
     }
     const auto summary = DRTransferSummary::make(prepared.plan, *prepared.backup, result.transfer);
     if (result.transfer.errorState == 0) {

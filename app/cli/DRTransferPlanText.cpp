@@ -4,6 +4,7 @@
 #include "app/cli/DRKinds.h"
 #include "app/cli/DRTextTable.h"
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "platform/core/DRLog.h"
 #include "platform/core/DRSizeText.h"
 
 #include <QJsonArray>
@@ -69,9 +70,11 @@ DRCommandOutcome DRTransferPlanText::refusal(const DRTransferPlan& plan, DRTrans
     case Obstacle::NothingMoves:
         return nothingMoves(plan);
     case Obstacle::LedgerDamaged:
-        return {DRExitCode::FailedPhoneUnchanged,
-                u"The record of earlier transfers cannot be read, so it is not known what this phone got before."_s,
-                u"to transfer nevertheless, add --again"_s};
+        return {
+            DRExitCode::FailedPhoneUnchanged,
+            u"The record of earlier transfers in %1 cannot be read, so it is not known what this phone got before."_s
+                .arg(withoutControlCharacters(plan.damagedLedger)),
+            u"make it readable, or transfer nevertheless: --again"_s};
     case Obstacle::Repeated:
         return {DRExitCode::FailedPhoneUnchanged,
                 u"This phone got %1 from this backup before; once more would double everything."_s.arg(

@@ -1,7 +1,7 @@
 #include "app/cli/DRTransferRun.h"
 
 #include "app/cli/DRExitCode.h"
-#include "app/cli/DRInterrupt.h"
+#include "app/DRInterrupt.h"
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "wizard/DRMGStepKeys.h"
 

@@ -58,7 +58,7 @@ DRCommandOutcome failure(const DRTransferSummary& summary)
                     ? u"connect the phone again, then type the same again"_s
                     : u"do what helps against that, or leave the kind out with --except; --verbose tells more"_s};
     }
-    if (!summary.isAnythingDelivered() && !isPhoneGone) { // of one that went away it is not known
+    if (!summary.isPhoneChanged() && !isPhoneGone) { // of one that went away it is not known
         return {DRExitCode::FailedPhoneChanged,
                 u"The transfer failed while the phone was written; none of its apps was changed"_s + why,
                 u"do what helps against that, then type the same again"_s};

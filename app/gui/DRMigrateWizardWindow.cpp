@@ -64,6 +64,7 @@ void DRMigrateWizardWindow::connectMigration()
     connect(&m_migration, &DRMGSequence::contactsSetupSelected, this,
             [this] { QDesktopServices::openUrl(QUrl(m_migration.context().supportAddress)); });
     connect(&m_migration, &DRSequence::currentStepChanged, this, &DRMigrateWizardWindow::keepAwakeWhileRunning);
+    connect(m_transfer, &DRMGSequenceStepTransfer::willEnd, m_transfer, &DRMGSequenceStepTransfer::discardWorkingFiles);
     connect(m_transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, this,
             &DRMigrateWizardWindow::keepAwakeWhileRunning);
 }

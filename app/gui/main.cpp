@@ -1,3 +1,4 @@
+#include "app/DRInterrupt.h"
 #include "app/DRMigrateStartup.h"
 #include "app/gui/DRArtwork.h"
 #include "app/gui/DRMigrateWizardWindow.h"
@@ -6,8 +7,6 @@
 #include "platform/core/DRLog.h"
 #include "platform/ui/DRDarkStyle.h"
 #include "wizard/DRMGSequence.h"
-#include "wizard/DRMGStepKeys.h"
-#include "wizard/steps/DRMGSequenceStepTransfer.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -28,6 +27,7 @@ namespace {
 
 constexpr int kUsageError = 2;
 constexpr int kCannotWork = 1;
+constexpr int kInterrupted = 130;
 
 int print(const QString& text, std::FILE* stream, int code)
 {
@@ -69,16 +69,19 @@ void dressUp(const DRMGContext& context, QTranslator& translator)
     DRDarkStyle::applyToApplication();
 }
 
-/// Whether everything is on the phone. What a failed transfer leaves in the working folder may help to find out why.
-bool hasMovedAll(const DRMGSequence& migration)
+/// Removes private content that this run or an earlier one has left behind.
+void clearWorkingFolder(const DRMigrateStartup& startup)
 {
-    const auto* const transfer = qobject_cast<DRMGSequenceStepTransfer*>(migration.stepForKey(DRMGStepKeys::kTransfer));
-    return transfer->progressPhase() == DRMGSequenceStepTransfer::Phase::Done;
+    if (!DRMigrateUtils::clearTempFolder(startup.folders().temporary)) {
+        qCWarning(lcMigrate) << "the working folder could not be emptied; it may hold private content";
+    }
 }
 
 /// Shows the window until it is closed.
 int run(DRMigrateStartup& startup, const DRMGContext& context)
 {
+    std::optional<DRInterrupt> interrupt(std::in_place);
+    clearWorkingFolder(startup); // an earlier run may have been killed
     const bool hasWrongPhone = !startup.options().phoneFolder.isEmpty() && !startup.openPhone();
     const auto migration = DRMGSequence::sequence(context);
     DRMigrateWizardWindow window(*migration, startup);
@@ -87,10 +90,14 @@ int run(DRMigrateStartup& startup, const DRMGContext& context)
     if (hasWrongPhone) {
         window.tellNoPhone(startup.options().phoneFolder);
     }
+    interrupt->setHandler([&migration] { // no question is asked
+        migration->abandon();            // closes the window
+        QCoreApplication::exit(kInterrupted);
+    });
     const int code = QApplication::exec();
-    if (hasMovedAll(*migration) && !DRMigrateUtils::clearTempFolder(startup.folders().temporary)) {
-        qCWarning(lcMigrate) << "the working folder could not be emptied; it may hold private content";
-    }
+    interrupt.reset();           // a second request does not wait for what follows
+    startup.endBackgroundWork(); // which may write there
+    clearWorkingFolder(startup);
     return code;
 }
 

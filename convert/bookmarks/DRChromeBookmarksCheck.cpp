@@ -92,23 +92,23 @@ QString reasonOf(QJsonParseError::ParseError error, const HarmfulTexts& harmful)
 
 } // namespace
 
-QString
-DRChromeBookmarksCheck::warningAbout(const QByteArray& before, const QByteArray& after, const DRBookmarkTree& tree)
+std::optional<DRChromeBookmarksCheck::Finding>
+DRChromeBookmarksCheck::findingIn(const QByteArray& before, const QByteArray& after, const DRBookmarkTree& tree)
 {
     const HarmfulTexts harmful = harmfulTextsIn(tree);
     const QJsonParseError::ParseError error = errorIn(after);
     if (error == QJsonParseError::NoError && !harmful.breakTheFile) {
-        return harmful.names.isEmpty() ? QString()
-                                       : u"Chrome will show bookmarks otherwise than the iPhone, for a quotation mark "
-                                         u"or backslash stands in "
-                                         "%1"_s.arg(listOf(harmful.names));
+        if (harmful.names.isEmpty()) {
+            return std::nullopt;
+        }
+        return Finding{.warning = u"Chrome will show bookmarks otherwise than the iPhone, for a quotation mark or "
+                                  "backslash stands in %1"_s.arg(listOf(harmful.names)),
+                       .isReadable = true};
     }
     if (!before.isEmpty() && errorIn(before) != QJsonParseError::NoError) {
-        return u"Chrome's bookmarks on the phone are damaged already, so Chrome will not read the new ones; the "
-               u"phone's "
-               "backup keeps the old ones"_s;
+        return Finding{.warning = u"Chrome's bookmarks on the phone are damaged already, so Chrome will not read the "
+                                  "new ones; the phone's backup keeps the old ones"_s};
     }
-    return u"Chrome will not read its bookmarks any more, neither the phone's own nor the new ones, for %1; the "
-           u"phone's "
-           "backup keeps the old ones"_s.arg(reasonOf(error, harmful));
+    return Finding{.warning = u"Chrome will not read its bookmarks any more, neither the phone's own nor the new ones, "
+                              "for %1; the phone's backup keeps the old ones"_s.arg(reasonOf(error, harmful))};
 }

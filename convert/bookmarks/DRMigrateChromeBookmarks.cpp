@@ -78,14 +78,18 @@ void DRMigrateChromeBookmarks::writeTree(const DRBookmarkTree& tree, DRMigrateRe
         return;
     }
     QFile::remove(path + u".bak"_s); // often there is none
-    outcome.written = tree.writtenCount();
-    outcome.counts[u"folders"_s] = tree.folderCount();
     if (isReplaced) {
         outcome.warnings.append(u"Chrome's own bookmarks on the phone cannot be added to and are replaced by the new "
                                 "ones; the phone's backup keeps them"_s);
     }
-    const QString warning = DRChromeBookmarksCheck::warningAbout(place ? existing : QByteArray(), text, tree);
-    if (!warning.isNull()) {
-        outcome.warnings.append(warning);
+    const auto finding = DRChromeBookmarksCheck::findingIn(place ? existing : QByteArray(), text, tree);
+    if (finding) {
+        outcome.warnings.append(finding->warning);
     }
+    if (finding && !finding->isReadable) {
+        outcome.skipped.push_back({.what = u"All bookmarks"_s, .why = u"Chrome cannot read the file with them"_s});
+        return;
+    }
+    outcome.written = tree.writtenCount();
+    outcome.counts[u"folders"_s] = tree.folderCount();
 }

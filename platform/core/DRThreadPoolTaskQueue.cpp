@@ -24,6 +24,11 @@ DRThreadPoolTaskQueue::DRThreadPoolTaskQueue()
 
 DRThreadPoolTaskQueue::~DRThreadPoolTaskQueue()
 {
+    end();
+}
+
+void DRThreadPoolTaskQueue::end()
+{
     std::deque<std::function<void()>> dropped;
     {
         const std::scoped_lock lock(m_mutex);
@@ -34,6 +39,7 @@ DRThreadPoolTaskQueue::~DRThreadPoolTaskQueue()
     for (std::thread& thread : m_threads) {
         thread.join();
     }
+    m_threads.clear();
 }
 
 void DRThreadPoolTaskQueue::runInBackground(std::function<void()> task)

@@ -11,8 +11,7 @@
 #include <QObject>
 
 /// The program's task queue: threads of its own, made when they are needed, and the event loop of the thread that made
-/// this object. Make it on the main thread; its destruction waits for tasks that already run and drops those still
-/// waiting.
+/// this object. Make it on the main thread; its destruction ends it.
 ///
 /// Tasks are handed over under a lock of the standard library, not of Qt's: so the thread sanitizer sees the hand-over
 /// and reports real races only.
@@ -22,6 +21,10 @@ public:
     ~DRThreadPoolTaskQueue() override;
     DRThreadPoolTaskQueue(const DRThreadPoolTaskQueue&) = delete;
     DRThreadPoolTaskQueue& operator=(const DRThreadPoolTaskQueue&) = delete;
+
+    /// Waits for background tasks that already run and drops those still waiting; later ones are dropped, too. Main
+    /// thread.
+    void end();
 
     void runInBackground(std::function<void()> task) override;
     void runOnMainThread(std::function<void()> task) override;

@@ -1,6 +1,7 @@
 #include "platform/folder_phone/DRFolderPhone.h"
 
 #include "platform/core/DRLog.h"
+#include "platform/core/DRTaskQueue.h"
 #include "platform/folder_phone/DRFolderPhoneTask.h"
 #include "platform/folder_phone/DRMediaPlacement.h"
 #include "platform/folder_phone/DRNoFollow.h"
@@ -43,6 +44,7 @@ DRFolderPhone::DRFolderPhone(Token /*token*/,
                              DRTaskQueue& taskQueue,
                              DRNotificationCenter& notificationCenter)
     : m_root(std::move(root)),
+      m_usedSpace(std::make_shared<DRUsedSpace>(m_root)),
       m_description(std::move(description)),
       m_taskQueue(taskQueue),
       m_notificationCenter(notificationCenter)
@@ -54,13 +56,18 @@ std::shared_ptr<DRDCDeviceTask> DRFolderPhone::requestTask()
     return std::make_shared<DRFolderPhoneTask>(shared_from_this(), m_taskQueue, m_notificationCenter);
 }
 
+void DRFolderPhone::countInBackground()
+{
+    m_taskQueue.runInBackground([usedSpace = m_usedSpace] { static_cast<void>(usedSpace->bytes()); });
+}
+
 quint64 DRFolderPhone::memoryFreeBytes() const
 {
     if (!isConnected()) {
         return 0;
     }
     const quint64 capacity = memoryUsableCapacity();
-    return capacity - std::min(capacity, m_root.usedBytes());
+    return capacity - std::min(capacity, m_usedSpace->bytes());
 }
 
 QString DRFolderPhone::defaultPathForFile(const DRDCFile& file) const

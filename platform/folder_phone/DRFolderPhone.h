@@ -5,6 +5,7 @@
 #include "platform/folder_phone/DRFolderPhoneDescription.h"
 #include "platform/folder_phone/DRFolderPhonePackets.h"
 #include "platform/folder_phone/DRFolderPhoneRoot.h"
+#include "platform/folder_phone/DRUsedSpace.h"
 
 #include <memory>
 
@@ -49,11 +50,15 @@ public:
     [[nodiscard]] DRDCFilesystem& preferredFilesystem() override { return *this; }
     [[nodiscard]] std::shared_ptr<DRDCDeviceTask> requestTask() override;
 
-    /// Counted anew on each call: the capacity less what packets and storage take; 0 when the phone is gone.
+    /// The capacity less what packets and storage take; 0 when the phone is gone. Counted again when something has
+    /// changed there, which takes a while with many files; see DRUsedSpace.
     [[nodiscard]] quint64 memoryFreeBytes() const override;
     [[nodiscard]] quint64 memoryUsableCapacity() const override { return m_description.memoryUsableCapacity; }
     [[nodiscard]] quint64 memoryUsableFreeBytes() const override { return memoryFreeBytes(); }
     [[nodiscard]] QString defaultPathForFile(const DRDCFile& file) const override;
+
+    /// Counts in the background, so that nobody waits for it who soon asks how much is free.
+    void countInBackground();
 
     /// What tasks work on, as values for any thread.
     [[nodiscard]] const DRFolderPhoneRoot& root() const { return m_root; }
@@ -61,6 +66,7 @@ public:
 
 private:
     DRFolderPhoneRoot m_root;
+    std::shared_ptr<DRUsedSpace> m_usedSpace;
     DRFolderPhoneDescription m_description;
     DRTaskQueue& m_taskQueue;
     DRNotificationCenter& m_notificationCenter;

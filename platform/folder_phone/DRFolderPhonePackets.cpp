@@ -4,6 +4,7 @@
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/folder_phone/DRNoFollow.h"
 #include "platform/folder_phone/DRPhoneProblems.h"
+#include "platform/folder_phone/DRUsedSpace.h"
 #include "platform/folder_phone/DRWholeFile.h"
 
 #include <QDir>
@@ -190,7 +191,7 @@ DRStepOutcome DRFolderPhonePackets::restore(const QString& packetID,
 bool DRFolderPhonePackets::hasRoomFor(const QString& packetID, quint64 bytes) const
 {
     // The old packet gives its room to the new one.
-    const quint64 used = m_root.usedBytes();
+    const quint64 used = DRUsedSpace::bytesNow(m_root);
     const quint64 usedByOthers = used - std::min(used, sizeOnPhone(packetID));
     return usedByOthers <= m_capacityBytes && bytes <= m_capacityBytes - usedByOthers;
 }

@@ -5,9 +5,6 @@
 
 #include <QFileInfo>
 
-#include <filesystem>
-#include <system_error>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -24,33 +21,6 @@ QString makeIdentifier(const DRFileDescriptor& folder, const QString& path, ino_
         ::statx(folder.number(), "", AT_EMPTY_PATH, STATX_BTIME, &status) == 0 && (status.stx_mask & STATX_BTIME) != 0;
     const QString birth = isKnown ? u"%1.%2"_s.arg(status.stx_btime.tv_sec).arg(status.stx_btime.tv_nsec) : path;
     return sha1HexString(u"%1:"_s.arg(inode) + birth).left(kIdentifierDigits);
-}
-
-quint64 regularFileBytes(const std::filesystem::directory_entry& entry)
-{
-    std::error_code error;
-    if (entry.symlink_status(error).type() != std::filesystem::file_type::regular) {
-        return 0;
-    }
-    const std::uintmax_t size = entry.file_size(error);
-    return error ? 0 : quint64{size};
-}
-
-quint64 bytesBelow(const QString& folder)
-{
-    namespace fs = std::filesystem;
-    std::error_code error;
-    const fs::path top(nativePath(folder).toStdString());
-    if (fs::symlink_status(top, error).type() != fs::file_type::directory) {
-        return 0;
-    }
-    quint64 bytes = 0;
-    fs::recursive_directory_iterator entries(top, fs::directory_options::skip_permission_denied, error);
-    while (!error && entries != fs::end(entries)) {
-        bytes += regularFileBytes(*entries);
-        entries.increment(error);
-    }
-    return bytes;
 }
 
 } // namespace
@@ -83,9 +53,4 @@ DRFileDescriptor DRFolderPhoneRoot::open() const
     const auto status = folder.status();
     const bool isSame = status && status->st_dev == m_device && status->st_ino == m_inode;
     return isSame ? std::move(folder) : DRFileDescriptor();
-}
-
-quint64 DRFolderPhoneRoot::usedBytes() const
-{
-    return bytesBelow(m_path + u'/' + kPacketsFolder) + bytesBelow(m_path + u'/' + kStorageFolder);
 }

@@ -30,9 +30,6 @@ public:
     /// The directory, open; not open when it is gone.
     [[nodiscard]] DRFileDescriptor open() const;
 
-    /// Bytes of the regular files below packets and storage, not following links.
-    [[nodiscard]] quint64 usedBytes() const;
-
 private:
     QString m_path;
     QString m_identifier;

@@ -5,6 +5,7 @@
 #include "platform/folder_phone/DRMediaPlacement.h"
 #include "platform/folder_phone/DRNoFollow.h"
 #include "platform/folder_phone/DRPhoneProblems.h"
+#include "platform/folder_phone/DRUsedSpace.h"
 #include "platform/folder_phone/DRWholeFile.h"
 
 #include <array>
@@ -167,7 +168,7 @@ DRStepOutcome DRFolderPhoneStorage::remove(const QString& path) const
 bool DRFolderPhoneStorage::hasRoomFor(quint64 bytes)
 {
     if (!m_usedBytes) {
-        m_usedBytes = m_root.usedBytes();
+        m_usedBytes = DRUsedSpace::bytesNow(m_root);
     }
     return *m_usedBytes <= m_capacityBytes && bytes <= m_capacityBytes - *m_usedBytes;
 }

@@ -116,7 +116,9 @@ std::vector<quint64> DRPacketBackupRun::prepare()
 DRStepOutcome DRPacketBackupRun::work(std::size_t index, const DRByteProgress& progress)
 {
     if (!m_hasFolder) {
-        return DRStepOutcome::failed(u"the folder for the backup cannot be made"_s);
+        return DRStepOutcome::failed(u"its folder \"%1\" cannot be made on the computer; make sure that you may write "
+                                     u"there and that the disk is "
+                                     "not full"_s.arg(backupInfo().targetPath()));
     }
     return packets().fetch(packetID(index), backupInfo().targetPath(), progress);
 }

@@ -28,6 +28,11 @@ void DRSequence::pushStep(std::unique_ptr<DRSequenceStep> step, int toStepGroupW
     group->steps.push_back(std::move(step));
 }
 
+bool DRSequence::hasStepGroupFailed(int) const
+{
+    return false;
+}
+
 int DRSequence::currentStepGroup() const
 {
     const auto place = placeOf(m_currentStep);

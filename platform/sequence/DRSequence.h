@@ -47,6 +47,9 @@ public:
     /// The group of the current step; -1 when there is none.
     [[nodiscard]] int currentStepGroup() const;
 
+    /// Whether what the group was to do has failed; the base knows no failures.
+    [[nodiscard]] virtual bool hasStepGroupFailed(int identifier) const;
+
     /// Shows the first step of the first group.
     void start();
 

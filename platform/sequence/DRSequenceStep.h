@@ -21,11 +21,11 @@ public:
     /// Bits of `stateMask`.
     static constexpr int kStateCancelEnabled = 1;
     static constexpr int kStateNextEnabled = 2;
-    static constexpr int kStateNextShown = 4;
-    static constexpr int kStateClosing = 16; ///< the closing page: Next becomes Done
+    static constexpr int kStateUserGoesOn = 4; ///< Next is the user's to press; without it the page goes on by itself
+    static constexpr int kStateClosing = 16;   ///< the closing page: Next becomes Done
 
     /// Masks of ordinary pages.
-    static constexpr int kStateNextDisabled = kStateCancelEnabled | kStateNextShown;
+    static constexpr int kStateNextDisabled = kStateCancelEnabled | kStateUserGoesOn;
     static constexpr int kStateAllEnabled = kStateNextDisabled | kStateNextEnabled;
 
     /// `key` names the step within its sequence.

@@ -19,6 +19,7 @@ public:
     static constexpr QRgb kDisabledText = 0xff808b98; ///< readable, but clearly not to be pressed
     static constexpr QRgb kAccent = 0xff2f6fb0;       ///< selections, the main button, the current step
     static constexpr QRgb kOnAccent = 0xffffffff;
+    static constexpr QRgb kAlert = 0xfff2b866;  ///< what failed
     static constexpr QRgb kLink = 0xff8cc4ff;   ///< links and the ring around what has the focus
     static constexpr QRgb kVisitedLink = kLink; ///< links open explanations: visited means nothing
 

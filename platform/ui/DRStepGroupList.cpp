@@ -8,12 +8,14 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 using State = DRStepGroupMark::State;
 
 const QString DRStepGroupList::kNameTextIdentifier = QStringLiteral("dr_sequence_groups");
 const QString DRStepGroupList::kDoneTextIdentifier = QStringLiteral("dr_sequence_group_done");
+const QString DRStepGroupList::kFailedTextIdentifier = QStringLiteral("dr_sequence_group_failed");
 const QString DRStepGroupList::kCurrentTextIdentifier = QStringLiteral("dr_sequence_group_current");
 const QString DRStepGroupList::kToComeTextIdentifier = QStringLiteral("dr_sequence_group_to_come");
 
@@ -52,12 +54,17 @@ void DRStepGroupList::markCurrentGroup()
     const auto current = std::ranges::find(m_rows, m_sequence.currentStepGroup(), &Row::groupIdentifier);
     const bool isNoneCurrent = current == m_rows.end();
     for (auto row = m_rows.begin(); row != m_rows.end(); ++row) {
-        if (row == current) {
-            row->widget->setState(State::Current, m_text(kCurrentTextIdentifier));
-            continue;
-        }
-        const bool isDone = !isNoneCurrent && row < current;
-        row->widget->setState(isDone ? State::Done : State::ToCome,
-                              m_text(isDone ? kDoneTextIdentifier : kToComeTextIdentifier));
+        const bool isPast = !isNoneCurrent && row < current;
+        const State past = m_sequence.hasStepGroupFailed(row->groupIdentifier) ? State::Failed : State::Done;
+        const State later = row == current ? State::Current : State::ToCome;
+        show(*row, isPast ? past : later);
     }
+}
+
+/// The text of a state for screen readers stands at the state's place.
+void DRStepGroupList::show(const Row& row, State state)
+{
+    const std::array texts{&kDoneTextIdentifier, &kFailedTextIdentifier, &kCurrentTextIdentifier,
+                           &kToComeTextIdentifier};
+    row.widget->setState(state, m_text(*texts.at(static_cast<std::size_t>(state))));
 }

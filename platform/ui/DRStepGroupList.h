@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/ui/DRStepGroupMark.h"
+
 #include <QFrame>
 
 #include <functional>
@@ -8,7 +10,7 @@
 class DRSequence;
 class DRStepGroupRow;
 
-/// The step groups of a sequence at the side of its window: those that are done, the current one, those to come. Groups
+/// The step groups of a sequence at the side of its window: those that are done or failed, the current one, those to come. Groups
 /// without steps are left out.
 class DRStepGroupList : public QFrame {
     Q_OBJECT
@@ -17,6 +19,7 @@ public:
     /// Texts for screen readers: the name of the list, and the state of a group.
     static const QString kNameTextIdentifier;
     static const QString kDoneTextIdentifier;
+    static const QString kFailedTextIdentifier;
     static const QString kCurrentTextIdentifier;
     static const QString kToComeTextIdentifier;
 
@@ -34,6 +37,7 @@ private:
         DRStepGroupRow* widget;
     };
     void addRows();
+    void show(const Row& row, DRStepGroupMark::State state);
 
     const DRSequence& m_sequence;
     TextLookup m_text;

@@ -14,12 +14,13 @@ namespace {
 struct Look {
     QRgb fill;
     QRgb edge;
-    QRgb sign; ///< the tick or number
+    QRgb sign; ///< what stands in the circle
 };
 
 /// In the order of DRStepGroupMark::State.
-constexpr std::array<Look, 3> kLooks = {{
+constexpr std::array<Look, 4> kLooks = {{
     {DRDarkPalette::kSide, DRDarkPalette::kLink, DRDarkPalette::kLink},
+    {DRDarkPalette::kSide, DRDarkPalette::kAlert, DRDarkPalette::kAlert},
     {DRDarkPalette::kAccent, DRDarkPalette::kAccent, DRDarkPalette::kOnAccent},
     {DRDarkPalette::kSide, DRDarkPalette::kDisabledText, DRDarkPalette::kMutedText},
 }};
@@ -64,14 +65,15 @@ void DRStepGroupMark::paintEvent(QPaintEvent*)
         painter.drawPath(tickWithin(circle));
         return;
     }
-    paintNumber(painter, circle);
+    paintText(painter, circle);
 }
 
-void DRStepGroupMark::paintNumber(QPainter& painter, const QRectF& circle) const
+void DRStepGroupMark::paintText(QPainter& painter, const QRectF& circle) const
 {
     QFont numberFont = font();
     numberFont.setPointSizeF(numberFont.pointSizeF() * kNumberShare);
-    numberFont.setBold(m_state == State::Current);
+    numberFont.setBold(m_state == State::Current || m_state == State::Failed);
     painter.setFont(numberFont);
-    painter.drawText(circle, Qt::AlignCenter, locale().toString(m_number));
+    painter.drawText(circle, Qt::AlignCenter,
+                     m_state == State::Failed ? QStringLiteral("!") : locale().toString(m_number));
 }

@@ -2,13 +2,13 @@
 
 #include <QWidget>
 
-/// The mark before the title of a step group: a tick when the group is done, else its number. Grows with the font. Says
-/// nothing to a screen reader; the title does.
+/// The mark before the title of a step group: a tick when the group is done, an exclamation mark when it failed, else its
+/// number. Grows with the font. Says nothing to a screen reader; the title does.
 class DRStepGroupMark : public QWidget {
     Q_OBJECT
 
 public:
-    enum class State { Done, Current, ToCome };
+    enum class State { Done, Failed, Current, ToCome };
 
     /// `number` is counted from 1.
     explicit DRStepGroupMark(int number, QWidget* parent = nullptr);
@@ -21,7 +21,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    void paintNumber(QPainter& painter, const QRectF& circle) const;
+    void paintText(QPainter& painter, const QRectF& circle) const;
 
     int m_number;
     State m_state = State::ToCome;

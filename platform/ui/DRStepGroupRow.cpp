@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Of the title, in the order of DRStepGroupMark::State.
-constexpr std::array<QRgb, 3> kTitleColors = {DRDarkPalette::kText, DRDarkPalette::kOnAccent,
+constexpr std::array<QRgb, 4> kTitleColors = {DRDarkPalette::kText, DRDarkPalette::kText, DRDarkPalette::kOnAccent,
                                               DRDarkPalette::kMutedText};
 
 } // namespace

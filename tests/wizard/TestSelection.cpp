@@ -15,7 +15,7 @@ namespace {
 
 /// A wizard with a chosen backup of two contacts, a photo, two videos, a song and a memo.
 struct Selection : WizardFixture {
-    Selection()
+    Selection() : WizardFixture(u"{\"wizard_too_little_space\":\"%1 needed, %2 free\"}"_s)
     {
         script.iPhoneEntries[kContacts] = {1, 2};
         script.iPhoneEntries[kImages] = {file(0x10, 100), file(0x08, 1000), file(0x20, 2000)};
@@ -61,6 +61,7 @@ private Q_SLOTS:
     void nextWaitsForWhatIsLoading_data();
     void nextWaitsForWhatIsLoading();
     void memoryWarningOffersTheMedia();
+    void memoryWarningSaysWhyItStays();
     void storage_data();
     void storage();
 };
@@ -117,6 +118,9 @@ void TestSelection::nextNeedsASelectionOnceABoxHasChanged()
     f.sequence->gotoStepForKey(DRMGStepKeys::kSelectData);
     QCOMPARE(page.stateMask(), 7);
     QVERIFY(f.selectedTypes().isEmpty());
+    f.connectPhone();
+    f.sequence->pressNext();
+    QCOMPARE(f.currentKey(), u"transfer"_s); // which says that nothing was chosen
 }
 
 void TestSelection::countsAreDroppedOnceThePageIsLeft()
@@ -218,6 +222,27 @@ void TestSelection::memoryWarningOffersTheMedia()
     f.sequence->pressCancel();
     QCOMPARE(f.currentKey(), u"selectData"_s);
     QCOMPARE(f.selectedTypes(), (QStringList{kNotes, kImages, kVoiceMemos, kVideos}));
+}
+
+/// What has no box there may be too much, too.
+void TestSelection::memoryWarningSaysWhyItStays()
+{
+    Selection f;
+    f.choose({kVoiceMemos});
+    f.device->freeBytes = 4;
+    f.connectPhone();
+    auto& page = f.show<DRMGSequenceStepMemoryWarning>(DRMGStepKeys::kMemoryWarning);
+    QCOMPARE(page.stateMask(), 7);
+    QCOMPARE(page.statusText(), QString());
+    f.sequence->pressNext();
+    QCOMPARE(f.currentKey(), u"memoryWarning"_s);
+    QCOMPARE(page.statusText(), u"5 bytes needed, 4 bytes free"_s);
+    page.setTicked(kImages, true);
+    QCOMPARE(page.statusText(), QString());
+    page.setTicked(kImages, false);
+    f.device->freeBytes = 5;
+    f.sequence->pressNext();
+    QCOMPARE(f.currentKey(), u"transfer"_s);
 }
 
 void TestSelection::storage_data()

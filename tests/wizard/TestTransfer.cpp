@@ -162,8 +162,7 @@ void TestTransfer::failedPacketsOfTheBackup()
     }
     QCOMPARE(f.errorState(), 1);
     QCOMPARE(f.step().errorCode(), 18);
-    QCOMPARE(f.step().errorDetails().size(), failed.size());
-    QCOMPARE(f.step().errorDetails().front(), failed.front() + u": broken"_s);
+    QCOMPARE(f.step().errorDetails(), QStringList{failed.join(u", "_s) + u": broken"_s});
     QVERIFY(f.step().isCancelled());
 }
 
@@ -260,6 +259,8 @@ void TestTransfer::phoneGone()
     QCOMPARE(f.currentKey(), u"complete"_s);
     QTEST(f.errorState(), "errorState");
     QTEST(f.step().errorCode(), "errorCode");
+    QVERIFY2(!f.closingStep().remarks().join(u""_s).isEmpty(), "the page says why");
+    QVERIFY(f.sequence->hasStepGroupFailed(DRMGStepGroups::kTransfer));
 }
 
 void TestTransfer::nothingThatThePhoneCanTakeIsAFailure()
@@ -269,6 +270,7 @@ void TestTransfer::nothingThatThePhoneCanTakeIsAFailure()
     QCOMPARE(f.currentKey(), u"complete"_s);
     QCOMPARE(f.errorState(), 1);
     QCOMPARE(f.step().errorCode(), 18);
+    QCOMPARE(f.closingStep().remarks(), QStringList{u"calendar: the phone has no app for it"_s});
 }
 
 void TestTransfer::workingFolderIsEmptiedFirst()

@@ -27,6 +27,7 @@ private Q_SLOTS:
     void leavingThePage();
     void lateCompletionsOfAnEarlierRunAreDropped();
     void runWaitsForWhatTheOneBeforeStillDoes();
+    void workingFilesGoOnceNothingUsesThem();
     void handlersOutliveTheWizard();
     void whoIsWarnedMayStopTheRun();
     void buttons();
@@ -103,6 +104,30 @@ void TestTransferPage::runWaitsForWhatTheOneBeforeStillDoes()
     f.queue.runAll();
     f.timers.advance(100ms);
     QCOMPARE(f.device->tasks.size(), std::size_t{2});
+    QCOMPARE(f.step().progressPhase(), Phase::BackUp);
+}
+
+void TestTransferPage::workingFilesGoOnceNothingUsesThem()
+{
+    Run f;
+    f.begin({kNotes});
+    f.lastTask().finishPackets(); // and its load is under way
+    const QString left = f.folder.filePath(u"work/TarvexTransfer/com.vornmobile.notes"_s);
+    QVERIFY(QDir().mkpath(left));
+    f.step().discardWorkingFiles();
+    f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
+    f.timers.advance(1000ms);
+    QVERIFY(QDir(left).exists());
+    while (f.queue.runOneInBackground() || f.queue.runMain()) {
+    }
+    f.timers.advance(100ms);
+    f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer); // which would fill the folder again
+    f.timers.advance(1000ms);
+    QVERIFY(QDir(left).exists());
+    QCOMPARE(f.step().progressPhase(), Phase::NotStarted);
+    f.queue.runAll();
+    QVERIFY(!QDir(left).exists());
+    f.timers.advance(100ms);
     QCOMPARE(f.step().progressPhase(), Phase::BackUp);
 }
 

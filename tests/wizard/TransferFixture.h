@@ -14,7 +14,9 @@ inline const QStringList kEverything{DRMigrateKeys::kContacts,  DRMigrateKeys::k
 
 /// A wizard whose phone offers four packets, with the transfer's phases written down.
 struct TransferFixture : WizardFixture {
-    TransferFixture() : WizardFixture(QStringLiteral("{\"IDD_STEPWIZ_TRANSFER_IDC_TIME_REMAINING\":\"about %s left\"}"))
+    TransferFixture()
+        : WizardFixture(QStringLiteral("{\"IDD_STEPWIZ_TRANSFER_IDC_TIME_REMAINING\":\"about %s left\","
+                                       "\"wizard_summary_phone_gone\":\"gone\"}"))
     {
         using namespace DRMigrateKeys;
         device->packets = {kContactsImportPacket, kTelephonyPacket, kNotesPacket, kPhonebookPacket};
@@ -30,11 +32,11 @@ struct TransferFixture : WizardFixture {
     {
         return *qobject_cast<DRMGSequenceStepTransfer*>(sequence->stepForKey(DRMGStepKeys::kTransfer));
     }
-    [[nodiscard]] int errorState() const
+    [[nodiscard]] const DRMGSequenceStepComplete& closingStep() const
     {
-        return static_cast<int>(
-            qobject_cast<DRMGSequenceStepComplete*>(sequence->stepForKey(DRMGStepKeys::kComplete))->errorState());
+        return *qobject_cast<DRMGSequenceStepComplete*>(sequence->stepForKey(DRMGStepKeys::kComplete));
     }
+    [[nodiscard]] int errorState() const { return static_cast<int>(closingStep().errorState()); }
 
     void begin(const QStringList& selection)
     {

@@ -20,7 +20,8 @@ DRMGMemoryWarningPage::DRMGMemoryWarningPage(DRMGSequenceStepMemoryWarning& step
                     .setTicked = [&step](const QString& key, bool isTicked) { step.setTicked(key, isTicked); }}),
       m_memoryBar(new DRMigrateMemoryWarningBar(tools.context.strings, this)),
       m_figures(new QGridLayout),
-      m_pressNext(makeHtmlView())
+      m_pressNext(makeHtmlView()),
+      m_status(makeLabel())
 {
     m_figures->setHorizontalSpacing(largeGap());
     m_figures->setVerticalSpacing(smallGap() / 2);
@@ -33,6 +34,7 @@ DRMGMemoryWarningPage::DRMGMemoryWarningPage(DRMGSequenceStepMemoryWarning& step
     column->addWidget(m_memoryBar);
     column->addLayout(m_figures);
     column->addWidget(m_pressNext);
+    column->addWidget(m_status);
     column->addStretch(1);
 }
 
@@ -55,6 +57,8 @@ void DRMGMemoryWarningPage::render()
     m_memoryBar->updateParts(DRMigrateMemoryWarningBar::figuresOf(m_step.storage()));
     showStorage();
     showHtml(*m_pressNext, m_step.pressNextHtml());
+    m_status->setText(m_step.statusText());
+    m_status->setVisible(!m_step.statusText().isEmpty());
 }
 
 void DRMGMemoryWarningPage::showStorage()

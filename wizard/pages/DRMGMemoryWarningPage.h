@@ -30,4 +30,5 @@ private:
     QGridLayout* m_figures;
     std::vector<QLabel*> m_sizes; ///< one for each row of the storage
     DRHtmlTextView* m_pressNext;
+    QLabel* m_status;
 };

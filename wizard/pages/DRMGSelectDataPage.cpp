@@ -32,7 +32,7 @@ DRMGSelectDataPage::DRMGSelectDataPage(DRMGSequenceStepSelectData& step, const D
                     .stateText = [&step](const DRMGSelectionBox& box) { return step.boxStateText(box); },
                     .setTicked = [&step](const QString& key, bool isTicked) { step.setTicked(key, isTicked); }}),
       m_waitingSpinner(new DRSpinner(tools.context.timers, this)),
-      m_waitingText(makeLabel())
+      m_status(makeLabel())
 {
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -40,7 +40,7 @@ DRMGSelectDataPage::DRMGSelectDataPage(DRMGSequenceStepSelectData& step, const D
     column->addLayout(makeBackupRow());
     column->addWidget(m_body);
     column->addLayout(makeColumns());
-    column->addLayout(makeWaitingRow());
+    column->addLayout(makeStatusRow());
     column->addStretch(1);
 }
 
@@ -74,15 +74,15 @@ QLayout* DRMGSelectDataPage::makeColumns()
     return grid;
 }
 
-QLayout* DRMGSelectDataPage::makeWaitingRow()
+QLayout* DRMGSelectDataPage::makeStatusRow()
 {
     m_waitingSpinner->setFixedSize(kSpinnerSide, kSpinnerSide);
     m_waitingSpinner->hide();
-    m_waitingText->hide();
+    m_status->hide();
     auto* const row = new QHBoxLayout;
     row->setSpacing(smallGap());
     row->addWidget(m_waitingSpinner);
-    row->addWidget(m_waitingText, 1);
+    row->addWidget(m_status, 1);
     return row;
 }
 
@@ -94,7 +94,7 @@ void DRMGSelectDataPage::render()
     m_iPhoneName->setText(m_step.deviceName());
     showHtml(*m_iPhoneBackupInfo, m_step.backupInfoHtml());
     m_checkboxes.show(m_step.boxes());
-    m_waitingText->setText(m_step.waitingText());
+    m_status->setText(m_step.statusText());
     m_waitingSpinner->setVisible(m_step.isWaitingForContent());
-    m_waitingText->setVisible(m_step.isWaitingForContent());
+    m_status->setVisible(!m_step.statusText().isEmpty());
 }

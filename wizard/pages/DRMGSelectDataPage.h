@@ -19,7 +19,7 @@ protected:
 private:
     [[nodiscard]] QLayout* makeBackupRow();
     [[nodiscard]] QLayout* makeColumns();
-    [[nodiscard]] QLayout* makeWaitingRow();
+    [[nodiscard]] QLayout* makeStatusRow();
 
     DRMGSequenceStepSelectData& m_step;
     DRHtmlTextView* m_body;
@@ -28,5 +28,5 @@ private:
     DRHtmlTextView* m_iPhoneBackupInfo;
     DRMGSelectionEntries m_checkboxes;
     DRSpinner* m_waitingSpinner;
-    QLabel* m_waitingText;
+    QLabel* m_status;
 };

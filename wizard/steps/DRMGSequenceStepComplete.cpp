@@ -5,6 +5,9 @@
 #include "wizard/DRMGHtml.h"
 #include "wizard/DRMGSequence.h"
 #include "wizard/DRMGStepKeys.h"
+#include "wizard/steps/DRMGSequenceStepTransfer.h"
+
+#include <QDir>
 
 using namespace Qt::StringLiterals;
 
@@ -38,7 +41,7 @@ void DRMGSequenceStepComplete::stepWillAppearInDirection(DRSequenceDirection dir
                                                              : DRMGErrorEvent::RestoreFailed);
     }
     makeSummary();
-    setStateMask(kStateClosing | kStateNextShown | kStateNextEnabled);
+    setStateMask(kStateClosing | kStateUserGoesOn | kStateNextEnabled);
     Q_EMIT contentChanged();
 }
 
@@ -125,7 +128,11 @@ void DRMGSequenceStepComplete::makeSummary()
     for (const QString& detail : summary.result.errorDetails) {
         m_remarks.append(withoutControlCharacters(detail));
     }
+    if (m_remarks.isEmpty() && summary.result.errorCode == DRMGSequenceStepTransfer::kErrorPhoneGone) {
+        m_remarks.append(text(u"wizard_summary_phone_gone"_s));
+    }
     if (migration().gate().hasForgotten()) {
-        m_remarks.append(text(u"wizard_summary_forgotten"_s));
+        m_remarks.append(
+            text(u"wizard_summary_forgotten"_s).replace(u"%1"_s, QDir::toNativeSeparators(context().ledgerPath)));
     }
 }

@@ -1,10 +1,13 @@
 #include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
 
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "platform/core/DRSizeText.h"
 #include "platform/device/DRDCFilesystem.h"
 #include "wizard/DRMGAnalytics.h"
 #include "wizard/DRMGSequence.h"
 #include "wizard/DRMGStepKeys.h"
+
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +33,7 @@ void DRMGSequenceStepMemoryWarning::stepWillAppearInDirection(DRSequenceDirectio
 {
     DRMGSequenceStep::stepWillAppearInDirection(direction);
     setStateMask(kStateAllEnabled);
+    m_statusText.clear();
     updateEntry();
 }
 
@@ -48,6 +52,9 @@ void DRMGSequenceStepMemoryWarning::stepWillDisappear()
 bool DRMGSequenceStepMemoryWarning::sequenceShouldChangeToNextStep()
 {
     routeTowardsTransfer();
+    if (sequence()->currentStep() == this && !migration().gate().question()) {
+        explainWhyItStays();
+    }
     return false;
 }
 
@@ -64,6 +71,7 @@ void DRMGSequenceStepMemoryWarning::setTicked(const QString& key, bool ticked)
         return;
     }
     box->isTicked = ticked;
+    m_statusText.clear();
     if (const auto entry = iPhoneBackupEntry()) {
         updateMemoryWithEntry(*entry);
     }
@@ -131,4 +139,18 @@ void DRMGSequenceStepMemoryWarning::saveSelections()
 {
     sequence()->parameters().setValue(DRMGSequence::kSelectedTypes,
                                       DRMGSelection::adjustedSelection(selectedTypes(), m_boxes));
+}
+
+void DRMGSequenceStepMemoryWarning::explainWhyItStays()
+{
+    const auto entry = iPhoneBackupEntry();
+    const DRDCDevicePointer device = activeDevice();
+    if (!entry || !device) {
+        return;
+    }
+    const QLocale locale;
+    m_statusText = text(u"wizard_too_little_space"_s)
+                       .replace(u"%1"_s, sizeText(entry->bytesNeededForSelectedTypes(selectedTypes()), locale))
+                       .replace(u"%2"_s, sizeText(device->preferredFilesystem().memoryFreeBytes(), locale));
+    Q_EMIT contentChanged();
 }

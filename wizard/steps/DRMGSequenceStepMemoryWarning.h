@@ -44,6 +44,10 @@ public:
     /// The phone's storage with the ticked media on it; all 0 without a phone.
     [[nodiscard]] const DRMGStorageFigures& storage() const { return m_storage; }
 
+    /// Why Next was pressed and the page is still there: how much is needed, of kinds that have no box here, too, and how
+    /// much is free. Empty otherwise. Plain text.
+    [[nodiscard]] const QString& statusText() const { return m_statusText; }
+
     /// Ticks or clears a box. Next is disabled while ticked media overflow the phone.
     void setTicked(const QString& key, bool ticked);
 
@@ -51,7 +55,9 @@ private:
     void updateEntry();
     void updateMemoryWithEntry(const DRMigrateBackupEntry& entry);
     void saveSelections();
+    void explainWhyItStays();
 
     DRMGSelectionBoxes m_boxes;
     DRMGStorageFigures m_storage;
+    QString m_statusText;
 };

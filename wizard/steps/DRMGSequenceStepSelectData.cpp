@@ -89,9 +89,9 @@ void DRMGSequenceStepSelectData::setTicked(const QString& key, bool ticked)
     Q_EMIT contentChanged();
 }
 
-QString DRMGSequenceStepSelectData::waitingText() const
+QString DRMGSequenceStepSelectData::statusText() const
 {
-    return text(u"wizard_waiting_for_content"_s);
+    return m_isWaitingForContent ? text(u"wizard_waiting_for_content"_s) : QString();
 }
 
 QString DRMGSequenceStepSelectData::bodyHtml() const

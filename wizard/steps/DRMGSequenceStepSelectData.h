@@ -7,7 +7,7 @@
 
 /// The page that offers the kinds of content, with counts that fill in as the iPhone backup's data types finish
 /// loading. Next routes towards the transfer, but waits for what is still loading: sizes and lists of files would be
-/// incomplete. Cancel, labelled Back, routes backward. The selection is kept whenever a box changes and when the page
+/// incomplete. With nothing ticked it says so and stays. Cancel, labelled Back, routes backward. The selection is kept whenever a box changes and when the page
 /// is left.
 class DRMGSequenceStepSelectData final : public DRMGSequenceStep, private DRMigrateBackupEntryDelegate {
     Q_OBJECT
@@ -32,7 +32,9 @@ public:
 
     /// Whether Next was pressed and the page goes on by itself as soon as everything is loaded. Next is disabled then.
     [[nodiscard]] bool isWaitingForContent() const { return m_isWaitingForContent; }
-    [[nodiscard]] QString waitingText() const;
+
+    /// Why Next was pressed and the page is still there; empty otherwise. Plain text.
+    [[nodiscard]] QString statusText() const;
 
     [[nodiscard]] QString bodyHtml() const;
 

@@ -291,8 +291,15 @@ void DRMGSequenceStepTransfer::addSkipped(const std::vector<DRDCPacketProblem>& 
 
 void DRMGSequenceStepTransfer::addErrorDetails(const std::vector<DRDCPacketProblem>& problems)
 {
+    QStringList reasons; // in the order in which they came
+    QHash<QString, QStringList> packetsByReason;
     for (const DRDCPacketProblem& problem : problems) {
-        m_errorDetails.append(problem.packetID + u": "_s + problem.reason);
+        reasons.append(problem.reason);
+        packetsByReason[problem.reason].append(problem.packetID);
+    }
+    reasons.removeDuplicates();
+    for (const QString& reason : reasons) {
+        m_errorDetails.append(packetsByReason.value(reason).join(u", "_s) + u": "_s + reason);
     }
 }
 

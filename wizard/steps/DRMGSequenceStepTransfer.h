@@ -78,6 +78,10 @@ public:
     /// The phone's entry of this run; null before it is made.
     [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> phoneEntry() const;
 
+    /// Empties the working folder, in the background and as soon as nothing of the run is under way there any more. A
+    /// next run waits for that.
+    void discardWorkingFiles();
+
     /// Whether the page's animation runs.
     [[nodiscard]] bool isAnimating() const { return m_isAnimating; }
 
@@ -206,6 +210,8 @@ private:
 
     std::shared_ptr<DRMigrateAndroidBackupEntry> m_formerEntry; ///< of the run before, as long as that may matter
     DRMGEntryObservation m_observation;
+    bool m_isDiscarding = false; ///< whether the working folder is being emptied in the background
+    std::unique_ptr<DRTimer> m_discardTimer;
     std::unique_ptr<DRTimer> m_startTimer;
     std::unique_ptr<DRTimer> m_progressTimer;
     std::unique_ptr<DRTimer> m_closingTimer;

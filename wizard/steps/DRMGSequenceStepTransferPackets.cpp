@@ -8,6 +8,8 @@
 #include "model/packet/DRMigrateAndroidBackupEntry.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/core/DRClock.h"
+#include "platform/core/DRLog.h"
+#include "platform/core/DRTaskQueue.h"
 #include "platform/device/DRBRBackupInfo.h"
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "wizard/DRDateText.h"
@@ -55,12 +57,35 @@ QStringList failureTexts(const DRMigrateDataType& dataType)
 void DRMGSequenceStepTransfer::begin()
 {
     m_startTimer.reset();
-    if (m_formerEntry && m_formerEntry->isWorking()) {
+    m_discardTimer.reset(); // the run empties the folder itself
+    if (m_isDiscarding || (m_formerEntry && m_formerEntry->isWorking())) {
         m_startTimer = context().timers.runAfter(kProgressInterval, [this] { begin(); });
         return;
     }
     m_formerEntry.reset();
     backupPackets();
+}
+
+void DRMGSequenceStepTransfer::discardWorkingFiles()
+{
+    const auto entry = phoneEntry();
+    if (entry && entry->isWorking()) {
+        m_discardTimer = context().timers.runAfter(kProgressInterval, [this] { discardWorkingFiles(); });
+        return;
+    }
+    m_isDiscarding = true;
+    const DRMigrateServices& services = context().services;
+    services.taskQueue.runInBackground([step = QPointer<DRMGSequenceStepTransfer>(this), &queue = services.taskQueue,
+                                        temporary = services.folders.temporary] {
+        if (!DRMigrateUtils::clearTempFolder(temporary)) {
+            qCWarning(lcMigrate) << "the working folder could not be emptied; it may hold private content";
+        }
+        queue.runOnMainThread([step] {
+            if (DRMGSequenceStepTransfer* const current = step.data()) {
+                current->m_isDiscarding = false;
+            }
+        });
+    });
 }
 
 void DRMGSequenceStepTransfer::backupPackets()
@@ -72,14 +97,19 @@ void DRMGSequenceStepTransfer::backupPackets()
     setProgressPhase(Phase::BackUp);
     if (!DRMigrateUtils::clearTempFolder(context().services.folders.temporary)) {
         // What an earlier run left there could reach the phone in place of this run's packets.
-        m_errorDetails.append(DRMigrateUtils::pathToInflateFolder(context().services.folders.temporary));
+        m_errorDetails.append(
+            u"the working folder \"%1\" cannot be emptied; make sure that you may write there and that nothing uses it"_s
+                .arg(DRMigrateUtils::pathToInflateFolder(context().services.folders.temporary)));
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
         return;
     }
     const auto entry = makeAndroidEntry(device);
     noteUnmovableTypes(*entry);
     if (entry->dataTypeKeys().isEmpty()) { // no completion would ever come
-        m_errorDetails = typesToMove();
+        addErrorDetails(m_skippedPackets);
+        if (m_errorDetails.isEmpty()) {
+            m_errorDetails.append(text(u"wizard_nothing_chosen"_s));
+        }
         gotoBackupErrorWithErrorCode(kErrorBackupOrConversion);
         return;
     }
@@ -297,7 +327,7 @@ void DRMGSequenceStepTransfer::restorePackets()
     if (m_isCancelled) {
         return;
     }
-    setStateMask(kStateNextShown); // from here on the phone changes: there is no way back
+    setStateMask(kStateUserGoesOn); // from here on the phone changes: there is no way back
     const DRDCDevicePointer device = activeDevice();
     if (!device) {
         gotoBackupErrorWithErrorCode(kErrorPhoneGone);

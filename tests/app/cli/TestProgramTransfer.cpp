@@ -193,12 +193,15 @@ void TestProgramTransfer::interruptedBeforeTheRestore()
     HeldProgram program(*m_sandbox, m_sandbox->withPlaces({u"transfer"_s, u"--yes"_s, u"--only"_s, u"notes"_s,
                                                            u"--json"_s, u"--progress=lines"_s}));
     QVERIFY(program.waitFor("Backing up"));
+    const QString left = u"cache/phone-migrate/TarvexTransfer/packet/db"_s;
+    m_sandbox->write(left, "private");
     program.signal(SIGINT);
     const auto ended = program.release();
     QCOMPARE(ended.code, 130);
     QVERIFY2(ended.err.endsWith("\nStopped, nothing was written to the phone.\n"), ended.err.constData());
     QCOMPARE(ended.lines().last()[u"code"].toInt(), 130);
     QVERIFY(m_sandbox->snapshot(u"phone"_s) == phone);
+    QVERIFY(!QFileInfo::exists(m_sandbox->path(left)));
     QVERIFY(!QFileInfo::exists(m_sandbox->path(u"data/phone-migrate/transfers.json"_s)));
 }
 

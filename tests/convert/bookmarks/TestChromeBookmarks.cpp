@@ -228,6 +228,9 @@ private Q_SLOTS:
         QCOMPARE(warnings.isEmpty(), warning.isEmpty());
         QVERIFY2(warning.isEmpty() || (warnings.first().contains(warning) && warnings.first().contains(title)),
                  qPrintable(warnings.join(u'\n')));
+        const bool isLoss = warning == u"will not read"_s;
+        QCOMPARE(chrome->report().skipped.size(), isLoss ? 1U : 0U);
+        QCOMPARE(chrome->report().written, qint64{isLoss ? 0 : 1});
     }
 
     void badFiles_data()
@@ -259,6 +262,7 @@ private Q_SLOTS:
         const QString warnings = chrome->report().warnings.join(u'\n');
         QCOMPARE(warnings.isEmpty(), warning.isEmpty());
         QVERIFY2(warnings.contains(warning), qPrintable(warnings));
+        QTEST(chrome->report().skipped.empty(), "isReplaced"); // Chrome reads one that begins anew
     }
 
     void linkIsReplacedNotFollowed()

@@ -12,7 +12,11 @@
 #include <QFile>
 #include <QTest>
 
+#include <array>
 #include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 
@@ -45,6 +49,7 @@ private Q_SLOTS:
     void refusesWhatIsNoPhone();
     void offersItsPacketFolders();
     void countsFreeSpaceWithoutFollowingLinks();
+    void countsAgainWhenAFolderHasChanged();
     void isRecognisedAgain();
     void neverFollowsLinksOfThePhone();
     void keepsTheTimeOfChange();
@@ -170,6 +175,32 @@ void TestFolderPhone::countsFreeSpaceWithoutFollowingLinks()
     QCOMPARE(storage.memoryUsableFreeBytes(), quint64{50});
     write(phone.path(u"storage/more"_s), QByteArray(60, 'm'));
     QCOMPARE(storage.memoryFreeBytes(), quint64{0});
+}
+
+/// As files on a phone do not change but come and go, what one takes more than before shows that nothing was counted.
+void TestFolderPhone::countsAgainWhenAFolderHasChanged()
+{
+    DRFolderPhoneUnderTest phone({.packets = {}, .storage = {{u"d/e/file"_s, "1"}}}, 100, m_queue, m_center);
+    DRDCFilesystem& storage = phone.device()->preferredFilesystem();
+    const auto settle = [&phone] {
+        for (const QString& folder : {u"packets"_s, u"storage"_s, u"storage/d"_s, u"storage/d/e"_s}) {
+            const std::array times{timespec{.tv_sec = 1000, .tv_nsec = 0}, timespec{.tv_sec = 1000, .tv_nsec = 0}};
+            ::utimensat(AT_FDCWD, phone.path(folder).toUtf8().constData(), times.data(), 0);
+        }
+    };
+    settle();
+    QCOMPARE(storage.memoryFreeBytes(), quint64{99});
+    write(phone.path(u"storage/d/e/file"_s), "12");
+    QCOMPARE(storage.memoryFreeBytes(), quint64{99});
+    write(phone.path(u"storage/d/e/other"_s), "3");
+    QCOMPARE(storage.memoryFreeBytes(), quint64{97});
+    write(phone.path(u"storage/d/e/other"_s), "34");
+    QCOMPARE(storage.memoryFreeBytes(), quint64{96}); // the folder has changed too recently
+    settle();
+    QCOMPARE(storage.memoryFreeBytes(), quint64{96});
+    QVERIFY(QDir(phone.path()).mkpath(u"packets/com.a"_s));
+    write(phone.path(u"packets/com.a/fullbackupdata"_s), "5");
+    QCOMPARE(storage.memoryFreeBytes(), quint64{95});
 }
 
 void TestFolderPhone::isRecognisedAgain()

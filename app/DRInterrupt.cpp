@@ -1,4 +1,4 @@
-#include "app/cli/DRInterrupt.h"
+#include "app/DRInterrupt.h"
 
 #include <fcntl.h>
 #include <poll.h>
