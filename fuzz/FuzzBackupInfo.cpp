@@ -23,6 +23,6 @@ void fuzzOne(QByteArrayView bytes)
     if (!entry) {
         return;
     }
-    require(entry->majorProductVersion() >= 0, "a system's number is none below 0");
+    require(!entry->isUsable() || !entry->isEncrypted(), "what is encrypted cannot be used");
     require(DRMigrateUtils::latestBackupEntriesFromList(entries).size() <= 1, "one backup is the latest of itself");
 }

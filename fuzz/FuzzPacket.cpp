@@ -62,7 +62,9 @@ qint64 checkedSize(const QString& folder)
 std::map<QString, QByteArray> packedFilesOf(const QString& folder)
 {
     std::map<QString, QByteArray> files;
-    for (const QString& name : DRMigrateUtils::filesBelowApps(folder)) {
+    const auto names = DRMigrateUtils::filesBelowApps(folder);
+    require(names.has_value(), "an expanded folder can be listed");
+    for (const QString& name : *names) {
         if (!DRMigrateUtils::isLeftOutOfPackets(name)) {
             std::FILE* file = std::fopen((folder.toUtf8() + '/' + DRFileNames::toBytes(name)).constData(), "rb");
             require(file != nullptr, "an expanded file can be opened by its name");
@@ -77,7 +79,7 @@ std::map<QString, QByteArray> packedFilesOf(const QString& folder)
 
 void checkRepacking(const DRFuzzFolder& folder, const QString& expanded)
 {
-    const QStringList names = DRMigrateUtils::filesBelowApps(expanded);
+    const QStringList names = DRMigrateUtils::filesBelowApps(expanded).value_or(QStringList());
     if (names.isEmpty()) {
         return; // there are no packets of nothing
     }

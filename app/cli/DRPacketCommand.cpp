@@ -130,9 +130,12 @@ DRCommandOutcome DRPacketCommand::expand(const QString& file, const QString& dir
 DRCommandOutcome DRPacketCommand::pack(const QString& directory, const QString& file)
 {
     const QString root = QFileInfo(directory).absoluteFilePath();
-    const QStringList found = DRMigrateUtils::filesBelowApps(root);
+    const auto found = DRMigrateUtils::filesBelowApps(root);
+    if (!found) {
+        return failure(u"The files in %1/apps cannot be listed."_s.arg(withoutControlCharacters(directory)));
+    }
     QStringList packed;
-    for (const QString& path : found) {
+    for (const QString& path : *found) {
         if (DRMigrateUtils::isLeftOutOfPackets(path)) {
             terminal().say(u"Warning: left out, because a name in its path begins with a dot: "_s +
                            withoutControlCharacters(path));

@@ -10,6 +10,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -18,10 +20,13 @@ namespace {
 
 constexpr qint64 kLargestFile = qint64{64} * 1024 * 1024; ///< a larger one counts as unreadable
 
-/// Chrome's file as it is; null when it cannot be read as text.
-QByteArray readFile(const QString& path)
+/// Chrome's file as it is; null when it cannot be read as text, none when the disk does not answer.
+std::optional<QByteArray> readFile(const QString& path)
 {
     const auto bytes = DRFiles::readRegularFile(path, kLargestFile);
+    if (!bytes && errno == EIO) {
+        return std::nullopt;
+    }
     return bytes && QByteArrayView(*bytes).isValidUtf8() ? *bytes : QByteArray();
 }
 
@@ -65,8 +70,12 @@ bool DRMigrateChromeBookmarks::mergeDataFrom(const DRMigrateDataType& source)
 void DRMigrateChromeBookmarks::writeTree(const DRBookmarkTree& tree, DRMigrateReport& outcome)
 {
     const QString path = pathInApp(u"r/app_chrome/Default/Bookmarks"_s);
-    const QByteArray existing = readFile(path);
-    const QByteArray unsummed = DRChromeBookmarksText::removeChecksum(existing);
+    const auto existing = readFile(path);
+    if (!existing) {
+        leaveAsItIs(outcome, u"Chrome's file for them cannot be read on this computer"_s);
+        return;
+    }
+    const QByteArray unsummed = DRChromeBookmarksText::removeChecksum(*existing);
     const auto place = DRChromeBookmarksText::findPositionForIPhoneBookmarks(unsummed);
     const bool isReplaced = !place && holdsAnything(path);
     QByteArray text = DRChromeBookmarksText::folderToString(tree, services().clock, unsummed, place);
@@ -82,7 +91,7 @@ void DRMigrateChromeBookmarks::writeTree(const DRBookmarkTree& tree, DRMigrateRe
         outcome.warnings.append(u"Chrome's own bookmarks on the phone cannot be added to and are replaced by the new "
                                 "ones; the phone's backup keeps them"_s);
     }
-    const auto finding = DRChromeBookmarksCheck::findingIn(place ? existing : QByteArray(), text, tree);
+    const auto finding = DRChromeBookmarksCheck::findingIn(place ? *existing : QByteArray(), text, tree);
     if (finding) {
         outcome.warnings.append(finding->warning);
     }

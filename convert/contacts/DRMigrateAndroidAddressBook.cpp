@@ -15,6 +15,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -122,6 +123,9 @@ bool DRMigrateAndroidAddressBook::load()
     const bool isExpanded = expandPacket(); // whether there is a manifest tells whether it is of use
     const QString path = pathInApp(kCards);
     const DRVCardFile::Contents contents = DRVCardFile::read(path);
+    if (contents.didDiskFail) {
+        return false; // the phone's own contacts must not be replaced for that
+    }
     setEntries(DREntryList(contents.cards.begin(), contents.cards.end()));
     DRMigrateReport outcome = report();
     tellLosses(outcome, contents, path);
@@ -153,6 +157,11 @@ void DRMigrateAndroidAddressBook::mergeCalls(const DRMigrateIPhoneAddressBook& s
 {
     const QString path = pathInApp(kCallLog);
     const auto existing = DRFiles::readRegularFile(path, kLargestCallLog);
+    if (!existing && errno == EIO) { // what it holds is unknown, so it stays
+        outcome.skipped.push_back(
+            {.what = u"The call log"_s, .why = u"the phone's own cannot be read on this computer"_s});
+        return;
+    }
     DRCallLogText::Base base = DRCallLogText::baseFor(existing);
     if (!existing && QFileInfo::exists(path)) {
         base.reasonOfReplacement = u"it cannot be read"_s;
@@ -195,7 +204,7 @@ bool DRMigrateAndroidAddressBook::save()
     if (!isWritten) {
         outcome.skipped.push_back({.what = u"All contacts"_s, .why = u"they could not be written to the disk"_s});
     }
-    QStringList others = filesInAppsFolder();
+    QStringList others = filesInAppsFolder().value_or(QStringList());
     others.removeIf([&files](const QString& file) { return files.contains(file); });
     warnOfLeftOutFiles(outcome, others);
     setReport(std::move(outcome));

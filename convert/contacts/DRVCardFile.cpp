@@ -9,6 +9,7 @@
 #include <QFile>
 
 #include <algorithm>
+#include <cerrno>
 #include <utility>
 
 namespace {
@@ -159,6 +160,7 @@ bool writeContact(QIODevice& target, const DRContactCard& card, const DRVCardFil
 DRVCardFile::Contents DRVCardFile::read(const QString& path)
 {
     const DRFileDescriptor file = DRFileDescriptor::openRegularFile(path);
+    bool didDiskFail = !file.isOpen() && errno == EIO;
     CardFinder finder;
     QByteArray buffer;
     qint64 offset = 0;        // of the buffer in the file
@@ -168,6 +170,7 @@ DRVCardFile::Contents DRVCardFile::read(const QString& path)
         buffer.resize(filled + kChunkBytes);
         const qint64 count = file.read(buffer.data() + filled, kChunkBytes);
         buffer.resize(filled + std::max<qint64>(count, 0));
+        didDiskFail = count < 0;
         const qsizetype completeEnd = buffer.size() - (count > 0 ? incompleteTail(buffer) : 0);
         if (count < 0 || !QByteArrayView(buffer).sliced(checkedEnd, completeEnd - checkedEnd).isValidUtf8()) {
             break;
@@ -182,7 +185,7 @@ DRVCardFile::Contents DRVCardFile::read(const QString& path)
         offset += finder.kept();
         buffer.remove(0, finder.kept());
     }
-    return {};
+    return {.didDiskFail = didDiskFail};
 }
 
 bool DRVCardFile::write(const QString& path, const DREntryList& cards, const PictureSource& pictureOf)

@@ -16,6 +16,7 @@ struct Contents {
     std::vector<DRPhoneCard> cards; ///< each from its "BEGIN:VCARD" through the next "END:VCARD"
     bool isReadable = false;        ///< false when there is no such file or it is not UTF-8; there are no cards then
     bool isDamaged = false;         ///< whether text stands outside the cards, as that of a card without an end does
+    bool didDiskFail = false;       ///< whether it is not readable because the disk did not answer
     QByteArray version;             ///< of the first card, such as "2.1"; empty when there is none
 };
 

@@ -36,12 +36,6 @@ QString lackIn(DRDatabase& database)
     return lack.isNull() && hasOwnList ? kOwnList.lackIn(database) : lack;
 }
 
-bool hasMessageTable(const QString& path)
-{
-    auto database = DRDatabase::open(path, DRDatabase::Profile::Phone);
-    return database && database->executeQuery(u"SELECT * FROM sqlite_master WHERE name='sms'"_s).next();
-}
-
 qint64 messageCount(const std::vector<const DRImportedChat*>& chats)
 {
     qint64 count = 0;
@@ -99,8 +93,9 @@ bool DRMigrateAndroidMessages::mergeDataFrom(const DRMigrateDataType& source)
 
 bool DRMigrateAndroidMessages::prepareDatabase(const QString& path, DRMigrateReport& outcome) const
 {
-    if (hasMessageTable(path)) {
-        return true;
+    const auto hasMessages = DRDatabase::phoneDatabaseHolds(path, u"sms"_s);
+    if (!hasMessages || *hasMessages) {
+        return hasMessages.has_value(); // what cannot be read now is not replaced
     }
     const bool isLoss = QFileInfo(path).size() > 0;
     if (!writeEmptyMessagesDatabase(path)) {

@@ -22,12 +22,6 @@ QString nameOf(const DRImportedNote& note)
     return title.isEmpty() ? u"A note without a title"_s : u"Note “%1”"_s.arg(title.left(kLongestName));
 }
 
-bool hasNotesTable(const QString& path)
-{
-    auto database = DRDatabase::open(path, DRDatabase::Profile::Phone);
-    return database && database->executeQuery(u"SELECT * FROM sqlite_master WHERE name='notes'"_s).next();
-}
-
 } // namespace
 
 DRMigrateAndroidNotes::Names DRMigrateAndroidNotes::names() const
@@ -58,7 +52,13 @@ bool DRMigrateAndroidNotes::mergeDataFrom(const DRMigrateDataType& source)
 
 bool DRMigrateAndroidNotes::prepareDatabase(const QString& path, DRMigrateReport& outcome) const
 {
-    if (hasNotesTable(path)) {
+    const auto hasNotes = DRDatabase::phoneDatabaseHolds(path, u"notes"_s);
+    if (!hasNotes) {
+        outcome.skipped.push_back(
+            {.what = u"All notes"_s, .why = u"the phone's own cannot be read on this computer"_s});
+        return false;
+    }
+    if (*hasNotes) {
         return true;
     }
     if (QFileInfo::exists(path)) {

@@ -113,7 +113,7 @@ quint64 DRMigrateDataType::bytesTransferred() const
     return fetched + restored;
 }
 
-QStringList DRMigrateDataType::filesInAppsFolder() const
+std::optional<QStringList> DRMigrateDataType::filesInAppsFolder() const
 {
     return DRMigrateUtils::filesBelowApps(m_targetPath + u'/' + m_packetID);
 }
@@ -183,7 +183,8 @@ void DRMigrateDataType::skipWithoutManifest(const QString& app)
 
 bool DRMigrateDataType::packPacket()
 {
-    return packFiles(filesInAppsFolder());
+    const auto files = filesInAppsFolder();
+    return files && packFiles(*files);
 }
 
 bool DRMigrateDataType::packFiles(const QStringList& files)

@@ -66,8 +66,9 @@ public:
     [[nodiscard]] virtual quint64 bytesTransferred() const;
 
     /// The regular files below `targetPath`/`packetID`/"apps", as paths relative to `targetPath`/`packetID` that begin
-    /// with "apps/", in the order in which the file system lists them. Links are no regular files.
-    [[nodiscard]] QStringList filesInAppsFolder() const;
+    /// with "apps/", in the order in which the file system lists them. Links are no regular files. None when they cannot
+    /// be listed to the end.
+    [[nodiscard]] std::optional<QStringList> filesInAppsFolder() const;
 
     /// Whether the expanded packet holds the app's "_manifest"; sets `manifestMissing` to the opposite.
     [[nodiscard]] bool checkForManifest();

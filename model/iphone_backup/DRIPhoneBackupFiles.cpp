@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <array>
+#include <cerrno>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -80,7 +81,8 @@ QString placeInFolder(const QString& folder, const QString& domainPath)
 bool holds(const QString& backupPath, const QString& domainPath)
 {
     const QString place = placeOf(backupPath, domainPath);
-    return !place.isEmpty() && statusWithoutFollowing(place).has_value();
+    // Nothing there is one thing; a disk that does not tell is another, and must not look like an iPhone without notes.
+    return place.isEmpty() || statusWithoutFollowing(place).has_value() || errno != ENOENT;
 }
 
 QString pathOfBackedUpFile(const QString& backupPath, const QString& domainPath)
@@ -105,7 +107,11 @@ openBackedUpDatabase(const QString& backupPath, const QString& domainPath, const
     if (log.isEmpty() && holds(backupPath, domainPath + u"-wal"_s)) {
         return std::nullopt;
     }
-    if (!log.isEmpty() && QFileInfo(log).size() > 0) {
+    const auto logStatus = statusWithoutFollowing(log);
+    if (!log.isEmpty() && !logStatus) {
+        return std::nullopt;
+    }
+    if (logStatus && logStatus->st_size > 0) {
         if (!isWriteAheadLog(log)) {
             return std::nullopt;
         }

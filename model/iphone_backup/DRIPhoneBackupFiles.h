@@ -27,7 +27,8 @@ enum class Layout {
 /// Where a backup with this folder would hold the file; empty when the folder is.
 [[nodiscard]] QString placeInFolder(const QString& folder, const QString& domainPath);
 
-/// Whether the backup holds anything under `domainPath`, readable or not.
+/// Whether the backup holds anything under `domainPath`, readable or not. Also true when that cannot be told: false means that it
+/// certainly holds nothing.
 [[nodiscard]] bool holds(const QString& backupPath, const QString& domainPath);
 
 /// The readable file that holds `domainPath`, a domain and relative path joined by "-" such as

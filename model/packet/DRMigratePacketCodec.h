@@ -37,8 +37,9 @@ struct PacketExpansion {
 compressAndroidBackupPacket(const QString& directory, const QStringList& filesToInclude, const QString& targetFile);
 
 /// The regular files below `packetFolder`/"apps", as paths relative to `packetFolder` that begin with "apps/", with names as
-/// `DRFileNames` makes them, in the order in which the file system lists them. Links are no regular files.
-[[nodiscard]] QStringList filesBelowApps(const QString& packetFolder);
+/// `DRFileNames` makes them, in the order in which the file system lists them. Links are no regular files. None when they cannot be listed to
+/// the end.
+[[nodiscard]] std::optional<QStringList> filesBelowApps(const QString& packetFolder);
 
 /// Whether packing leaves the file out because a component of its path begins with a dot.
 [[nodiscard]] bool isLeftOutOfPackets(const QString& relativePath);

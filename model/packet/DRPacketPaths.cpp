@@ -3,6 +3,7 @@
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/core/DRFileDescriptor.h"
 #include "platform/core/DRFileNames.h"
+#include "platform/core/DRLog.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -67,7 +68,7 @@ std::optional<std::vector<QByteArray>> inPacketOrder(const QStringList& relative
     return ordered;
 }
 
-QStringList DRMigrateUtils::filesBelowApps(const QString& packetFolder)
+std::optional<QStringList> DRMigrateUtils::filesBelowApps(const QString& packetFolder)
 {
     // Not Qt's iterator, which leaves out names that are no UTF-8: an app may have such files, and must get them back.
     namespace fs = std::filesystem;
@@ -75,12 +76,23 @@ QStringList DRMigrateUtils::filesBelowApps(const QString& packetFolder)
     QStringList files;
     std::error_code error;
     fs::recursive_directory_iterator iterator(root / "apps", error);
+    if (error == std::errc::no_such_file_or_directory) {
+        return files;
+    }
     while (!error && iterator != fs::recursive_directory_iterator()) {
-        if (iterator->symlink_status(error).type() == fs::file_type::regular) {
+        const fs::file_type type = iterator->symlink_status(error).type();
+        if (error) {
+            break;
+        }
+        if (type == fs::file_type::regular) {
             const fs::path relative = iterator->path().lexically_relative(root);
             files.append(DRFileNames::fromBytes(QByteArray::fromStdString(relative.native())));
         }
         iterator.increment(error);
+    }
+    if (error) {
+        qCWarning(lcMigrate, "The files of an app cannot be listed: %s", error.message().c_str());
+        return std::nullopt; // a packet of those that were seen would take the others from the phone
     }
     return files;
 }

@@ -13,7 +13,7 @@ namespace DRFiles {
 [[nodiscard]] bool writeAtomically(const QString& path, const QByteArray& bytes);
 
 /// The bytes of a regular file, never through a link; a pipe or device is refused without waiting. None when it cannot
-/// be read or is larger than `maximumBytes`.
+/// be read, with EIO in `errno` when the disk did not answer, or is larger than `maximumBytes`.
 [[nodiscard]] std::optional<QByteArray> readRegularFile(const QString& path, qint64 maximumBytes);
 
 /// Copies a regular file (never through a link) to a new file `target` with mode 0600, letting the file system share

@@ -107,6 +107,7 @@ DRStepOutcome replaceOnPhone(const DRFolderPhoneRoot& root,
     if (!place.folder().isOpen()) {
         return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, place.errorNumber());
     }
+    DRWholeFile::removeLeftovers(place.folder());
     auto target = DRWholeFile::beginIn(place.folder());
     if (!target) {
         return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);

@@ -120,6 +120,10 @@ DRFolderPhoneStorage::copy(const DRDCFile& file, const QString& targetPath, cons
     if (!folder.isOpen()) {
         return DRPhoneProblems::cannotWrite(DRPhoneProblems::kPhone, errno);
     }
+    if (!m_cleanFolders.contains(parent)) {
+        m_cleanFolders.insert(parent);
+        DRWholeFile::removeLeftovers(folder);
+    }
     DRStepOutcome outcome = place({.folder = folder, .name = name, .taken = m_taken[parent + name]}, source, progress);
     outcome.place.prepend(outcome.place.isEmpty() ? QString() : parent);
     return outcome;

@@ -8,6 +8,7 @@
 #include <optional>
 
 #include <QHash>
+#include <QSet>
 #include <QString>
 
 class DRDCFile;
@@ -44,4 +45,5 @@ private:
     quint64 m_capacityBytes;
     std::optional<quint64> m_usedBytes;   ///< counted once, then kept
     QHash<QString, DRTakenNames> m_taken; ///< by path below the storage
+    QSet<QString> m_cleanFolders;         ///< in which no leftovers of interrupted copies are any more
 };

@@ -11,6 +11,10 @@
 /// placed, its end removes it. An interrupted program leaves at most a file whose name begins with ".phone-migrate-".
 class DRWholeFile {
 public:
+    /// Removes what interrupted programs left in this folder. The files of programs that still run stay, where the file system knows
+    /// locks; where it does not, everything stays.
+    static void removeLeftovers(const DRFileDescriptor& folder);
+
     /// Begins an empty file of mode 0600 in this folder, which must stay open until the end; none on failure, with the
     /// cause in `errno`.
     [[nodiscard]] static std::optional<DRWholeFile> beginIn(const DRFileDescriptor& folder);

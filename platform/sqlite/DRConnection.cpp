@@ -158,7 +158,9 @@ bool DRConnection::setUpSource()
 
 void DRConnection::noteFailure()
 {
+    constexpr int kPrimaryCode = 0xFF;
     m_lastError = DRUtf8::decode(QByteArrayView(sqlite3_errmsg(m_database)));
+    m_lastErrorCode = sqlite3_errcode(m_database) & kPrimaryCode;
 }
 
 bool DRConnection::run(const char* sql)

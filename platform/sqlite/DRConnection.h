@@ -27,6 +27,8 @@ public:
     /// The same for a failure that SQLite does not know of.
     void noteFailure(const QString& message) { m_lastError = message; }
     [[nodiscard]] QString lastError() const { return m_lastError; }
+    /// SQLite's primary code of the last failure that it knows of.
+    [[nodiscard]] int lastErrorCode() const { return m_lastErrorCode; }
 
     /// How long one run of a statement may go on, in portions of steps of SQLite's machine. Without meaning for phones.
     [[nodiscard]] int stepPortionsPerRun() const { return m_stepPortionsPerRun; }
@@ -45,6 +47,7 @@ private:
 
     sqlite3* m_database;
     QString m_lastError;
+    int m_lastErrorCode = 0;
     int m_stepPortionsPerRun = 0;
     int m_stepPortionsLeft = 0;
 };

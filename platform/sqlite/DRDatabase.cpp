@@ -1,11 +1,15 @@
 #include "platform/sqlite/DRDatabase.h"
 
+#include "platform/core/DRFileDescriptor.h"
 #include "platform/core/DRUtf8.h"
 #include "platform/sqlite/DRConnection.h"
 #include "platform/sqlite/DRStatementHandle.h"
 
 #include <sqlite3.h>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -66,6 +70,12 @@ QString DRDatabase::lastErrorMessage() const
     return message.isEmpty() ? u"not an error"_s : message;
 }
 
+bool DRDatabase::didComputerFail() const
+{
+    constexpr std::array kCodes{SQLITE_IOERR, SQLITE_FULL, SQLITE_NOMEM};
+    return std::ranges::find(kCodes, m_connection->lastErrorCode()) != kCodes.end();
+}
+
 qint64 DRDatabase::lastInsertRowId() const
 {
     return sqlite3_last_insert_rowid(m_connection->handle());
@@ -86,4 +96,18 @@ bool DRDatabase::hasTable(const QString& name)
     DRResultSet tables = executeQuery(
         u"SELECT 1 FROM sqlite_master WHERE type IN ('table', 'view') AND name = ? COLLATE NOCASE"_s, {name});
     return tables.next();
+}
+
+std::optional<bool> DRDatabase::phoneDatabaseHolds(const QString& path, const QString& name)
+{
+    auto database = open(path, Profile::Phone);
+    if (!database) {
+        const auto status = statusWithoutFollowing(path);
+        const bool isKeptBack = status ? S_ISREG(status->st_mode) : errno != ENOENT;
+        return isKeptBack ? std::nullopt : std::optional(false);
+    }
+    if (database->executeQuery(u"SELECT * FROM sqlite_master WHERE name=?"_s, {name}).next()) {
+        return true;
+    }
+    return database->didComputerFail() ? std::nullopt : std::optional(false);
 }

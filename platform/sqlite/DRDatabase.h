@@ -71,6 +71,9 @@ public:
     /// SQLite's message about the last failure on this connection; "not an error" when there was none.
     [[nodiscard]] QString lastErrorMessage() const;
 
+    /// Whether the last failure was the computer's, out of disk, memory or luck, and tells nothing of the content.
+    [[nodiscard]] bool didComputerFail() const;
+
     /// The row ID of the last row that was inserted on this connection.
     [[nodiscard]] qint64 lastInsertRowId() const;
 
@@ -83,6 +86,10 @@ public:
 
     /// Whether a table or view of that name exists.
     [[nodiscard]] bool hasTable(const QString& name);
+
+    /// Whether the phone's database at `path` holds something of that name. Also false when there is no such file or it is
+    /// no database; none when this computer failed to tell, which is no reason to replace the file.
+    [[nodiscard]] static std::optional<bool> phoneDatabaseHolds(const QString& path, const QString& name);
 
 private:
     explicit DRDatabase(std::shared_ptr<DRConnection> connection);

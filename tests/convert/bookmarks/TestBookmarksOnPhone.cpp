@@ -174,7 +174,7 @@ private Q_SLOTS:
         const QString work = m_phone->path(u"work/"_s + m_phone->packetID);
         const QString fetched = m_phone->path(u"phone/%1/fullbackupdata"_s.arg(m_phone->packetID));
         QVERIFY(QDir().mkpath(QFileInfo(fetched).path()));
-        QVERIFY(DRMigrateUtils::compressAndroidBackupPacket(work, target->filesInAppsFolder(), fetched));
+        QVERIFY(DRMigrateUtils::compressAndroidBackupPacket(work, target->filesInAppsFolder().value(), fetched));
 
         QVERIFY(target->load());
         QCOMPARE(target->ignoreDataType(), !hasManifest);

@@ -107,6 +107,8 @@ private Q_SLOTS:
         QVERIFY(writeFile(path, file));
         QTEST(DRVCardFile::read(path).isReadable, "isReadable");
         QTEST(DRVCardFile::read(path).isDamaged, "isDamaged");
+        QVERIFY(!DRVCardFile::read(path).didDiskFail);
+        QVERIFY(DRVCardFile::read(u"/proc/%1/mem"_s.arg(QCoreApplication::applicationPid())).didDiskFail);
         QTEST(rewritten(path), "cards");
     }
 

@@ -213,7 +213,7 @@ private Q_SLOTS:
         QVERIFY(QDir().mkpath(path(u"phone/"_s + kPacketID)));
         const QString work = path(u"work/"_s + kPacketID);
         const QString fetched = path(u"phone/%1/fullbackupdata"_s.arg(kPacketID));
-        QVERIFY(DRMigrateUtils::compressAndroidBackupPacket(work, phoneNotes()->filesInAppsFolder(), fetched));
+        QVERIFY(DRMigrateUtils::compressAndroidBackupPacket(work, phoneNotes()->filesInAppsFolder().value(), fetched));
 
         const auto target = phoneNotes();
         QVERIFY(target->load());
@@ -272,7 +272,7 @@ private Q_SLOTS:
         manifest.close();
         QVERIFY(QDir().mkpath(path(u"phone/"_s + kPacketID)));
         const QString fetched = path(u"phone/%1/fullbackupdata"_s.arg(kPacketID));
-        QVERIFY(DRMigrateUtils::compressAndroidBackupPacket(work, phoneNotes()->filesInAppsFolder(), fetched));
+        QVERIFY(DRMigrateUtils::compressAndroidBackupPacket(work, phoneNotes()->filesInAppsFolder().value(), fetched));
         const QByteArray before = contentsOf(fetched);
 
         const auto target = phoneNotes();

@@ -236,7 +236,12 @@ private Q_SLOTS:
         ScriptedDataType type(m_test.services);
         type.setTargetPath(m_test.root.path());
         type.setPacketID(u"app"_s);
-        QVERIFY(type.filesInAppsFolder().isEmpty());
+        QVERIFY(type.filesInAppsFolder().value().isEmpty());
+        QFile noFolder(m_test.root.filePath(u"other"_s));
+        QVERIFY(noFolder.open(QIODevice::WriteOnly));
+        type.setPacketID(u"other"_s);
+        QVERIFY(!type.filesInAppsFolder()); // a packet of what can be listed would lack the rest
+        type.setPacketID(u"app"_s);
         QVERIFY(!type.checkForManifest());
         QVERIFY(type.manifestMissing());
 
@@ -250,7 +255,7 @@ private Q_SLOTS:
         QVERIFY(::close(::open(odd.constData(), O_CREAT | O_WRONLY, 0600)) == 0);
         QVERIFY(QFile::link(u"/etc/passwd"_s, app + u"/db/link"_s));
         QVERIFY(QFile::link(u"/etc"_s, app + u"/linked"_s));
-        QStringList files = type.filesInAppsFolder();
+        QStringList files = type.filesInAppsFolder().value();
         files.sort();
         QCOMPARE(DRFileNames::toBytes(files.takeLast()), QByteArray("apps/app/odd\xff\xef\xbb\xbf\xc3"));
         QCOMPARE(files, QStringList({u"apps/app/_manifest"_s, u"apps/app/db/.hidden"_s, u"apps/app/db/note.db"_s}));

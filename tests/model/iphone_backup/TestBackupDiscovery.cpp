@@ -159,6 +159,8 @@ private Q_SLOTS:
         const QString hashed = u"ca3bc056d4da0bbf88b5fb3be254f3b7147e639c"_s;
         writeFile(folder(u"backup/Manifest.mbdb"_s), "mbdb");
         QVERIFY(DRIPhoneBackupFiles::pathOfBackedUpFile(folder(u"backup"_s), path).isEmpty());
+        QVERIFY(!DRIPhoneBackupFiles::holds(folder(u"backup"_s), path));
+        QVERIFY(DRIPhoneBackupFiles::holds(folder(u"gone"_s), path)); // nobody can tell
         writeFile(folder(u"backup/"_s + hashed), "notes");
         QVERIFY(DRIPhoneBackupFiles::pathOfBackedUpFile(folder(u"backup"_s), path).endsWith(hashed));
 

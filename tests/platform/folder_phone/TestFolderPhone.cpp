@@ -1,3 +1,4 @@
+#include "platform/core/DRFileDescriptor.h"
 #include "platform/core/DRNotificationCenter.h"
 #include "platform/device/DRBRBackupInfo.h"
 #include "platform/device/DRDCDeviceTask.h"
@@ -16,6 +17,7 @@
 #include <utility>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
@@ -53,6 +55,7 @@ private Q_SLOTS:
     void isRecognisedAgain();
     void neverFollowsLinksOfThePhone();
     void keepsTheTimeOfChange();
+    void removesWhatInterruptedCopiesLeft();
     void makesNamesSafe_data();
     void makesNamesSafe();
     void numbersNames_data();
@@ -252,6 +255,23 @@ void TestFolderPhone::keepsTheTimeOfChange()
     QCOMPARE(copy(*std::static_pointer_cast<DRFolderPhone>(phone.device()), source.fileName(), u"d/a"_s),
              QStringList());
     QCOMPARE(QFileInfo(phone.path(u"storage/d/a"_s)).lastModified().toUTC(), taken);
+}
+
+void TestFolderPhone::removesWhatInterruptedCopiesLeft()
+{
+    DRFolderPhoneUnderTest phone({}, 1000, m_queue, m_center);
+    QVERIFY(QDir().mkpath(phone.path(u"storage/d"_s)));
+    write(phone.path(u"storage/d/.phone-migrate-1"_s), "left");
+    write(phone.path(u"storage/d/.phone-migrate-2"_s), "being written");
+    write(phone.path(u"storage/d/.phone"_s), "somebody else's");
+    const DRFileDescriptor writer = DRFileDescriptor::open(phone.path(u"storage/d/.phone-migrate-2"_s), O_RDONLY);
+    QVERIFY(::flock(writer.number(), LOCK_EX) == 0);
+    const QTemporaryDir computer;
+    write(computer.filePath(u"a"_s), "new");
+    QCOMPARE(copy(*std::static_pointer_cast<DRFolderPhone>(phone.device()), computer.filePath(u"a"_s), u"d/a"_s),
+             QStringList());
+    QCOMPARE(QDir(phone.path(u"storage/d"_s)).entryList(QDir::Files | QDir::Hidden, QDir::Name),
+             QStringList({u".phone"_s, u".phone-migrate-2"_s, u"a"_s}));
 }
 
 void TestFolderPhone::makesNamesSafe_data()

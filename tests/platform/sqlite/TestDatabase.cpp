@@ -239,6 +239,25 @@ private Q_SLOTS:
                 !m_database->hasTable(u"t' OR 1"_s));
     }
 
+    /// Only what is certainly no database of the phone's may be replaced by an empty one.
+    void failingDiskIsNoMissingTable()
+    {
+        QVERIFY(m_database->executeUpdate(u"INSERT INTO t VALUES(1, 2)"_s));
+        const QString noDatabase = m_folder->filePath(u"text"_s);
+        QFile text(noDatabase);
+        QVERIFY(text.open(QIODevice::WriteOnly) && text.write(QByteArray(9000, 'x')) == 9000);
+        text.close();
+        const QString memory =
+            u"/proc/%1/mem"_s.arg(QCoreApplication::applicationPid()); // whose beginning cannot be read
+
+        using Answer = std::optional<bool>;
+        QCOMPARE(DRDatabase::phoneDatabaseHolds(m_folder->filePath(u"a.db"_s), u"t"_s), Answer(true));
+        QCOMPARE(DRDatabase::phoneDatabaseHolds(m_folder->filePath(u"a.db"_s), u"absent"_s), Answer(false));
+        QCOMPARE(DRDatabase::phoneDatabaseHolds(m_folder->filePath(u"missing"_s), u"t"_s), Answer(false));
+        QCOMPARE(DRDatabase::phoneDatabaseHolds(noDatabase, u"t"_s), Answer(false));
+        QCOMPARE(DRDatabase::phoneDatabaseHolds(memory, u"t"_s), Answer());
+    }
+
     /// What a statement makes of a text that stands in it as it is, against what we bind instead.
     void textInsideQuotesMeansTheSameAsFormatted_data()
     {
