@@ -57,6 +57,7 @@ function(migrate_add_test name)
         set(ARG_TIMEOUT 120)
     endif()
     add_executable(${name} ${ARG_SOURCES})
+    target_compile_options(${name} PRIVATE -O0) # what is tested is optimised; tests themselves should rather compile fast
     target_link_libraries(${name} PRIVATE migrate_test_support ${ARG_LINKS} Qt6::Test)
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
