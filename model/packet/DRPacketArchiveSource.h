@@ -16,11 +16,16 @@ public:
     /// The archive's next bytes, valid until the next call; empty at its end and after a failure.
     [[nodiscard]] std::span<const char> next()
     {
-        const std::optional<std::size_t> size =
-            m_hasFailed ? std::nullopt : m_payload.read({m_buffer.get(), kBufferBytes});
-        m_hasFailed = !size;
-        m_isEmpty = m_isEmpty && size.value_or(0) == 0;
-        return {m_buffer.get(), size.value_or(0)};
+        if (m_hasFailed) {
+            return {};
+        }
+        const std::optional<std::size_t> size = m_payload.read({m_buffer.get(), kBufferBytes});
+        if (!size) {
+            m_hasFailed = true;
+            return {};
+        }
+        m_isEmpty = m_isEmpty && *size == 0;
+        return {m_buffer.get(), *size};
     }
 
     /// Whether there was no byte so far: a packet of an app without any data may hold none.
