@@ -1,5 +1,7 @@
 #include "platform/core/DRThreadPoolTaskQueue.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <utility>
 
@@ -81,8 +83,7 @@ void DRThreadPoolTaskQueue::runOnMainThread(std::function<void()> task)
         const std::scoped_lock lock(m_mutex);
         m_mainTasks.push_back(std::move(task));
     }
-    QMetaObject::invokeMethod(
-        &m_mainThreadAnchor, [this] { runNextMainTask(); }, Qt::QueuedConnection);
+    QCoreApplication::postEvent(&m_mainThreadAnchor, new QEvent(QEvent::User)); // which takes it over
 }
 
 /// One event, one task: tasks and the event loop's other events take turns.

@@ -8,6 +8,7 @@
 #include <thread>
 #include <vector>
 
+#include <QEvent>
 #include <QObject>
 
 /// The program's task queue: threads of its own, made when they are needed, and the event loop of the thread that made
@@ -30,6 +31,19 @@ public:
     void runOnMainThread(std::function<void()> task) override;
 
 private:
+    /// Lives in the main thread. Events posted to it run there, in order; it does not look at them, because they were made
+    /// in another thread, under a lock of Qt's.
+    class MainThreadAnchor final : public QObject {
+    public:
+        explicit MainThreadAnchor(DRThreadPoolTaskQueue& queue) : m_queue(queue) {}
+
+    protected:
+        void customEvent(QEvent* /*event*/) override { m_queue.runNextMainTask(); }
+
+    private:
+        DRThreadPoolTaskQueue& m_queue;
+    };
+
     void workInBackground();
     void runNextMainTask();
 
@@ -42,5 +56,5 @@ private:
     bool m_isEnding = false;
     std::vector<std::thread> m_threads;
 
-    QObject m_mainThreadAnchor; ///< lives in the main thread; events posted to it run there, in order
+    MainThreadAnchor m_mainThreadAnchor{*this};
 };
