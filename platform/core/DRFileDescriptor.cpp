@@ -33,7 +33,11 @@ DRFileDescriptor DRFileDescriptor::openRegularFile(const QString& path)
         file = open(path, O_RDONLY); // only a file's owner may read it without leaving an access time
     }
     const auto status = file.status();
-    return status && S_ISREG(status->st_mode) ? std::move(file) : DRFileDescriptor();
+    if (status && !S_ISREG(status->st_mode)) {
+        file = DRFileDescriptor();
+        errno = EINVAL;
+    }
+    return status ? std::move(file) : DRFileDescriptor();
 }
 
 DRFileDescriptor::~DRFileDescriptor()

@@ -25,7 +25,7 @@ public:
     [[nodiscard]] static DRFileDescriptor open(const QString& path, int flags, mode_t mode = 0);
 
     /// Opens a regular file for reading, without leaving an access time where the system lets us. Not open for anything
-    /// else.
+    /// else, with the cause in `errno`.
     [[nodiscard]] static DRFileDescriptor openRegularFile(const QString& path);
 
     DRFileDescriptor(DRFileDescriptor&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -66,7 +67,11 @@ std::optional<QByteArray> DRFiles::readRegularFile(const QString& path, qint64 m
 {
     const DRFileDescriptor file = DRFileDescriptor::openRegularFile(path);
     const auto status = file.status();
-    if (!status || status->st_size > maximumBytes) {
+    if (!status) {
+        return std::nullopt;
+    }
+    if (status->st_size > maximumBytes) {
+        errno = EFBIG;
         return std::nullopt;
     }
     QByteArray bytes(status->st_size, Qt::Uninitialized);
