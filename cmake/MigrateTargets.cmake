@@ -46,23 +46,37 @@ if(MIGRATE_FUZZERS)
     target_compile_options(migrate_common INTERFACE -fsanitize=fuzzer-no-link)
 endif()
 
-# migrate_add_library(name SOURCES ... LINKS ...): one static library of a layer or of a part of it.
+set(migrate_test_options -O0) # what is tested is optimised; tests themselves should rather compile fast
+include(cmake/PrecompiledHeaders.cmake)
+
+# migrate_add_library(name SOURCES ... LINKS ... [WIDGETS]): one static library of a layer or of a part of it; with WIDGETS its sources
+# may use Qt's widgets.
 function(migrate_add_library name)
-    cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "WIDGETS" "" "SOURCES;LINKS" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC migrate_common ${ARG_LINKS})
+    if(ARG_WIDGETS)
+        migrate_use_precompiled(${name} migrate_widget_headers)
+    else()
+        migrate_use_precompiled(${name} migrate_headers)
+    endif()
 endfunction()
 
-# migrate_add_test(name SOURCES ... LINKS ...): one Qt Test program, run in an odd time zone, without a display and without the system's
-# D-Bus, its user folders in the build tree.
+# migrate_add_test(name SOURCES ... LINKS ... [TIMEOUT seconds] [WIDGETS]): one Qt Test program, run in an odd time zone, without a
+# display and without the system's D-Bus, its user folders in the build tree.
 function(migrate_add_test name)
-    cmake_parse_arguments(ARG "" "TIMEOUT" "SOURCES;LINKS" ${ARGN})
+    cmake_parse_arguments(ARG "WIDGETS" "TIMEOUT" "SOURCES;LINKS" ${ARGN})
     if(NOT ARG_TIMEOUT)
         set(ARG_TIMEOUT 120)
     endif()
     add_executable(${name} ${ARG_SOURCES})
-    target_compile_options(${name} PRIVATE -O0) # what is tested is optimised; tests themselves should rather compile fast
+    target_compile_options(${name} PRIVATE ${migrate_test_options})
     target_link_libraries(${name} PRIVATE migrate_test_support ${ARG_LINKS} Qt6::Test)
+    if(ARG_WIDGETS)
+        migrate_use_precompiled(${name} migrate_widget_test_headers)
+    else()
+        migrate_use_precompiled(${name} migrate_test_headers)
+    endif()
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES
         TIMEOUT ${ARG_TIMEOUT}

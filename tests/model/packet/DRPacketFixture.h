@@ -3,7 +3,10 @@
 #include "model/packet/DRMigratePacketCodec.h"
 #include "tests/model/packet/DRTestArchive.h"
 
-#include <QtTest>
+#include <QDir>
+#include <QDirIterator>
+#include <QTemporaryDir>
+#include <QTest>
 
 #include <algorithm>
 #include <map>

@@ -5,7 +5,7 @@
 #include "model/packet/DRTarHeader.h"
 #include "tests/model/packet/DRTestArchive.h"
 
-#include <QtTest>
+#include <QTest>
 
 using namespace Qt::StringLiterals;
 

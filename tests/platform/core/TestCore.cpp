@@ -8,9 +8,12 @@
 #include "platform/core/DRUserFolders.h"
 #include "platform/core/DRUtf8.h"
 
+#include <QDateTime>
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
-#include <QtTest>
+#include <QTest>
+#include <QThread>
 
 #include <atomic>
 #include <limits>

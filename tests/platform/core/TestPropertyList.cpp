@@ -5,7 +5,7 @@
 #include <QDateTime>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 #include <sys/stat.h>

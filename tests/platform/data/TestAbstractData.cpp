@@ -1,7 +1,7 @@
 #include "platform/data/DRAbstractData.h"
 #include "platform/data/DRMutableAbstractData.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 

@@ -4,9 +4,10 @@
 #include "platform/media/DRMP4Atom.h"
 #include "platform/media/DRVideoBoxes.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QtTest>
+#include <QTest>
 
 #include <fcntl.h>
 #include <random>

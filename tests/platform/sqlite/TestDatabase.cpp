@@ -2,10 +2,11 @@
 #include "platform/sqlite/DRSqlText.h"
 #include "platform/sqlite/DRTransaction.h"
 
+#include <QFile>
 #include <QRandomGenerator>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 #include <limits>
 #include <optional>
