@@ -28,6 +28,8 @@ constexpr int kStepsPerPortion = 1'000'000;
 constexpr int kStepPortionsAtLeast = 40;
 constexpr int kStepPortionsAtMost = 1'000'000;
 constexpr qint64 kBytesPerFurtherPortion = qint64{64} * 1024;
+/// One inserted row may set off triggers that count a table again, and those of triggers that count others.
+constexpr int kPhonesStepsForOneOfSources = 10;
 
 struct Setting {
     int option;
@@ -97,11 +99,12 @@ QByteArray databaseName(const QString& path, Profile profile)
     return profile == Profile::Source ? encoded + "?immutable=1" : encoded;
 }
 
-int stepPortionsFor(const QString& path)
+int stepPortionsFor(const QString& path, Profile profile)
 {
     const auto status = statusWithoutFollowing(path);
     const qint64 further = status ? status->st_size / kBytesPerFurtherPortion : 0;
-    return static_cast<int>(std::min<qint64>(kStepPortionsAtLeast + further, kStepPortionsAtMost));
+    const qint64 portions = (kStepPortionsAtLeast + further) * (isSource(profile) ? 1 : kPhonesStepsForOneOfSources);
+    return static_cast<int>(std::min<qint64>(portions, kStepPortionsAtMost));
 }
 
 int openFlags(Profile profile)
@@ -120,7 +123,7 @@ std::shared_ptr<DRConnection> DRConnection::open(const QString& path, Profile pr
     sqlite3* database = nullptr;
     const int result = sqlite3_open_v2(databaseName(path, profile).constData(), &database, openFlags(profile), nullptr);
     // A connection that failed to open must be closed, too.
-    auto connection = std::make_shared<DRConnection>(database, stepPortionsFor(path));
+    auto connection = std::make_shared<DRConnection>(database, stepPortionsFor(path, profile));
     if (result != SQLITE_OK || !connection->setUp(profile)) {
         return nullptr;
     }
@@ -142,6 +145,9 @@ bool DRConnection::setUp(Profile profile)
     sqlite3_busy_timeout(m_database, kBusyTimeoutMilliseconds);
     sqlite3_extended_result_codes(m_database, 1);
     sqlite3_limit(m_database, SQLITE_LIMIT_ATTACHED, 0);
+    if (profile != Profile::Create) { // whose statements are all our own
+        sqlite3_progress_handler(m_database, kStepsPerPortion, &DRConnection::spendSteps, this);
+    }
     if (!applySettings(m_database, kSettingsOfAll)) {
         return false;
     }
@@ -151,7 +157,6 @@ bool DRConnection::setUp(Profile profile)
 bool DRConnection::setUpSource()
 {
     sqlite3_limit(m_database, SQLITE_LIMIT_LENGTH, kMaximumForeignValueBytes);
-    sqlite3_progress_handler(m_database, kStepsPerPortion, &DRConnection::spendSteps, this);
     return applySettings(m_database, kSettingsOfSources) && run("PRAGMA cell_size_check=ON") &&
            run("PRAGMA mmap_size=0") && run("PRAGMA query_only=ON");
 }

@@ -30,7 +30,7 @@ public:
     /// SQLite's primary code of the last failure that it knows of.
     [[nodiscard]] int lastErrorCode() const { return m_lastErrorCode; }
 
-    /// How long one run of a statement may go on, in portions of steps of SQLite's machine. Without meaning for phones.
+    /// How long one run of a statement may go on, in portions of steps of SQLite's machine. Without meaning for new files.
     [[nodiscard]] int stepPortionsPerRun() const { return m_stepPortionsPerRun; }
 
     /// What is left of it for the statement that is being stepped: set before and read after each step.

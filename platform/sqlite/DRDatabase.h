@@ -19,16 +19,14 @@ public:
     /// What the database is, and with it what its content may do.
     enum class Profile {
         /// A file of an iPhone backup: never written, not even locked. Opened read-only and immutable, so no `-wal`,
-        /// `-shm`
-        /// or journal is looked at or made. Triggers, views, extensions, ATTACH are off; a query that runs away is
-        /// ended.
+        /// `-shm` or journal is looked at or made. Triggers, views, extensions, ATTACH are off; a query that runs away
+        /// is ended.
         Source,
         /// A private copy of such a file beside its write-ahead log, which opening may replay. Else as Source.
         SourceCopy,
         /// A database of the phone inside an expanded packet: read and written with its own triggers, which belong to
-        /// its
-        /// behaviour. Extensions and ATTACH are off. A journal that would make SQLite delete other files is removed
-        /// first.
+        /// its behaviour; a statement whose triggers run away is ended and fails. Extensions and ATTACH are off. A
+        /// journal that would make SQLite delete other files is removed first.
         Phone,
         /// A file that this program makes anew (templates, samples). Created when missing.
         Create,

@@ -2,9 +2,10 @@
 #include "platform/sqlite/DRDatabase.h"
 
 #include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QtTest>
+#include <QTest>
 #include <sqlite3.h>
 
 #include <map>
@@ -225,6 +226,22 @@ private Q_SLOTS:
             QCOMPARE(numberFrom(*database, u"SELECT count(*) AS n FROM t"_s), 0);
         }
         QVERIFY(rows.hasFailed());
+    }
+
+    void endlessTriggerOfAPhoneEnds()
+    {
+        make(path(u"a.db"_s),
+             u"CREATE TABLE t(x); CREATE TRIGGER endless AFTER INSERT ON t WHEN new.x = 2 BEGIN SELECT "
+             "(WITH RECURSIVE c(n) AS (SELECT 1 UNION ALL SELECT n + 1 FROM c) SELECT count(*) FROM c);"
+             "END;"_s);
+        auto database = DRDatabase::open(path(u"a.db"_s), Profile::Phone);
+        QVERIFY(database.has_value());
+        DRStatement insert = database->prepare(u"INSERT INTO t VALUES (?)"_s);
+        QVERIFY(insert.update({1}));
+        QVERIFY(!insert.update({2}));
+        QCOMPARE(database->lastErrorMessage(), u"interrupted"_s);
+        QVERIFY(insert.update({3}));
+        QCOMPARE(numberFrom(*database, u"SELECT sum(x) AS n FROM t"_s), 4);
     }
 
     void triggersFireOnPhonesUnlessSwitchedOff()
