@@ -11,6 +11,7 @@ struct DRCommandOutcome {
     DRExitCode code = DRExitCode::Done;
     QString message;
     QString nextStep;
+    bool isByChoice = false; ///< somebody stopped it or said no, which is no error
 };
 
 /// What was asked for, or the error that prevents it.

@@ -20,10 +20,10 @@ DRCommandOutcome DRConsent::ask(const QString& question, DRTerminal& terminal, D
     if (isWanted) {
         return {};
     }
-    return {DRExitCode::FailedPhoneUnchanged, u"Not started, nothing was written to the phone."_s, {}};
+    return {DRExitCode::FailedPhoneUnchanged, u"Not started, nothing was written to the phone."_s, {}, true};
 }
 
 DRCommandOutcome DRConsent::stopped()
 {
-    return {DRExitCode::Interrupted, u"Stopped, nothing was written to the phone."_s, {}};
+    return {DRExitCode::Interrupted, u"Stopped, nothing was written to the phone."_s, {}, true};
 }

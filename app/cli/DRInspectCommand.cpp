@@ -131,7 +131,7 @@ DRCommandOutcome DRInspectCommand::run()
     terminal().say(u"Reading %1 …"_s.arg(withoutControlCharacters(entry->backupPath())));
     DRInterrupt interrupt;
     if (DRBackupLoader::load(*entry, interrupt) == DRBackupLoader::Ending::Interrupted) {
-        return {DRExitCode::Interrupted, u"Stopped."_s, {}};
+        return {DRExitCode::Interrupted, u"Stopped."_s, {}, true};
     }
     if (line().json) {
         terminal().data(jsonOf(entry));

@@ -63,7 +63,8 @@ DRCommandOutcome failure(const DRPhoneRestoreResult& result)
     const QString back = result.putBack.isEmpty() ? u"none"_s : titles(result.putBack);
     return {DRExitCode::FailedPhoneChanged,
             u"Not all apps could be put back. Not put back: %1. Put back: %2."_s.arg(joined(result.failures), back),
-            u"do what helps against that, then type the same again; or, for the apps as they were before this: "
+            u"if a disk is full or went away, mend that and type the same again; or, for the apps as they were before "
+            "this: "
             "phone-migrate restore '%1'"_s.arg(shownPath(result.keptPath))};
 }
 
@@ -142,10 +143,11 @@ DRCommandOutcome DRRestoreText::outcome(const DRPhoneRestorePlan& plan, const DR
         return {
             .code = plan.skipped.empty() ? DRExitCode::Done : DRExitCode::DoneWithSkips, .message = {}, .nextStep = {}};
     case Ending::NotKept:
-        return {DRExitCode::FailedPhoneUnchanged,
-                u"The phone's apps as they are now could not be kept, so nothing was written to the phone: %1."_s.arg(
-                    joined(result.failures)),
-                u"do what helps against that, or leave these apps out with --except"_s};
+        return {
+            DRExitCode::FailedPhoneUnchanged,
+            u"The phone's apps as they are now could not be kept, so nothing was written to the phone: %1."_s.arg(
+                joined(result.failures)),
+            u"if a disk is full or went away, mend that and type the same again; else leave these apps out with --except"_s};
     case Ending::NotEnoughSpace:
         return {DRExitCode::NotEnoughSpace,
                 u"There is not enough space on the phone: %1 more are needed. Nothing was written to it."_s.arg(

@@ -60,7 +60,8 @@ DRCommandOutcome DRRunReporter::abandoned(const QString& phoneBackup)
                               ? QString()
                               : u" To put its apps back as they were before, type: phone-migrate restore '%1'"_s.arg(
                                     withoutControlCharacters(phoneBackup));
-    return {DRExitCode::Interrupted, u"Stopped while the phone was written; it may be partly changed."_s + where, {}};
+    return {
+        DRExitCode::Interrupted, u"Stopped while the phone was written; it may be partly changed."_s + where, {}, true};
 }
 
 void DRRunReporter::writeLine(const QJsonObject& line)

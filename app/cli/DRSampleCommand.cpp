@@ -19,7 +19,7 @@ DRCommandOutcome DRSampleCommand::run()
     const DRSampleResult result = writeSample(directory, line().scale, startup().clock(), tell);
     if (!result.isWritten) {
         return {DRExitCode::FailedPhoneUnchanged, withoutControlCharacters(result.message),
-                u"name a new folder: phone-migrate sample DIR"_s};
+                u"name a new folder, on a disk with room: phone-migrate sample DIR"_s};
     }
     if (line().json) {
         terminal().data(DRJsonOutput::document({{u"version"_s, 1},

@@ -67,8 +67,7 @@ void DRTerminal::error(const DRCommandOutcome& outcome)
     if (outcome.message.isEmpty()) {
         return;
     }
-    if (outcome.code == DRExitCode::Interrupted) {
-        // What somebody asked for is no error.
+    if (outcome.isByChoice) {
         message(outcome.message);
         return;
     }

@@ -53,21 +53,23 @@ DRCommandOutcome failure(const DRTransferSummary& summary)
     const QString why = details.isEmpty() ? u"."_s : u": "_s + details + u'.';
     const bool isPhoneGone = result.errorCode == DRMGSequenceStepTransfer::kErrorPhoneGone;
     if (result.errorState != kPhonePartlyChanged) {
-        return {DRExitCode::FailedPhoneUnchanged, u"The transfer failed, nothing was written to the phone"_s + why,
-                isPhoneGone
-                    ? u"connect the phone again, then type the same again"_s
-                    : u"do what helps against that, or leave the kind out with --except; --verbose tells more"_s};
+        return {
+            DRExitCode::FailedPhoneUnchanged, u"The transfer failed, nothing was written to the phone"_s + why,
+            isPhoneGone
+                ? u"connect the phone again, then type the same again"_s
+                : u"if a disk is full or went away, mend that and type the same again; else leave the kind out with "
+                  "--except; --verbose tells more"_s};
     }
     if (!summary.isPhoneChanged() && !isPhoneGone) { // of one that went away it is not known
         return {DRExitCode::FailedPhoneChanged,
                 u"The transfer failed while the phone was written; none of its apps was changed"_s + why,
-                u"do what helps against that, then type the same again"_s};
+                u"if a disk is full or went away, mend that; then type the same again; --verbose tells more"_s};
     }
     if (result.phoneBackupName.isEmpty()) { // only files were copied
         return {DRExitCode::FailedPhoneChanged,
                 u"The transfer failed while files were copied, of which the phone holds a part now"_s + why,
-                u"do what helps against that, then type the same with --again; what is on the phone already is not "
-                u"doubled"_s};
+                u"if the phone is full or went away, mend that; then type the same with --again; what is on the phone "
+                "already is not doubled"_s};
     }
     return {DRExitCode::FailedPhoneChanged,
             u"The transfer failed while the phone was written, which holds a part now"_s + why,

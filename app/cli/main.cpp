@@ -78,7 +78,8 @@ int end(const DRCommandOutcome& outcome, DRTerminal& terminal)
 {
     terminal.error(outcome);
     if (terminal.hasLostData() && outcome.code == DRExitCode::Done) {
-        terminal.error({DRExitCode::InternalError, u"The output could not be written."_s, {}});
+        terminal.error({DRExitCode::InternalError, u"The output could not be written."_s,
+                        u"write it where there is room, and to a program that reads it to its end"_s});
         return static_cast<int>(DRExitCode::InternalError);
     }
     return static_cast<int>(outcome.code);

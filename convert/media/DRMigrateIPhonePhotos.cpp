@@ -70,7 +70,7 @@ void Reading::addCameraRoll(const DRImportedAlbum& cameraRoll, const DRPhotoLibr
         if (asset != library.assets.cend()) {
             addFile(*asset);
         } else if (missing != library.missingAssets.cend()) {
-            m_losses.add(*missing, kindOfName(*missing), u"its file is not in the backup"_s);
+            m_losses.add(*missing, kindOfName(*missing), DRIPhoneBackupFiles::reasonOfMissingFile());
         } else {
             ++m_leadingNowhere;
             continue;

@@ -66,7 +66,7 @@ bool DRMigrateIPhoneVoiceMemos::readRecordings(DRDatabase& database)
         const quint32 kind = DRDCFileUtils::fileKindFromFileExtension(DRDCFileUtils::extensionOfName(filename));
         const QString path = DRIPhoneBackupFiles::placeInFolder(folder, domainPathOf(storedPath));
         if (!DRFiles::isRegularFile(path)) {
-            losses.add(filename, kind, u"its file is not in the backup"_s);
+            losses.add(filename, kind, DRIPhoneBackupFiles::reasonOfMissingFile());
             continue;
         }
         DRDCFilePointer file = DRDCFile::fileWithSourcePath(path);

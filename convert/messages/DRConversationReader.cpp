@@ -2,6 +2,7 @@
 
 #include "convert/messages/DRAttachmentFinder.h"
 #include "convert/messages/DRMessageRows.h"
+#include "model/iphone_backup/DRIPhoneBackupFiles.h"
 #include "platform/core/DRDates.h"
 #include "platform/sqlite/DRDatabase.h"
 
@@ -159,7 +160,7 @@ private:
             if (found) {
                 attachments.push_back(*std::move(found));
             } else {
-                m_reading.losses.addAttachment(row->filename, u"its file is not in the backup"_s);
+                m_reading.losses.addAttachment(row->filename, DRIPhoneBackupFiles::reasonOfMissingFile());
             }
         }
         return attachments;

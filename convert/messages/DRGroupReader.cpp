@@ -2,6 +2,7 @@
 
 #include "convert/messages/DRAttachmentFinder.h"
 #include "convert/messages/DRMessageRows.h"
+#include "model/iphone_backup/DRIPhoneBackupFiles.h"
 #include "platform/core/DRDates.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRSqlText.h"
@@ -179,7 +180,7 @@ private:
         if (attachment) {
             message.attachments.push_back(*std::move(attachment));
         } else if (!isPresentation(piece.type)) {
-            m_reading.losses.addAttachment(piece.location, u"its file is not in the backup"_s);
+            m_reading.losses.addAttachment(piece.location, DRIPhoneBackupFiles::reasonOfMissingFile());
         }
     }
 

@@ -85,6 +85,11 @@ bool holds(const QString& backupPath, const QString& domainPath)
     return place.isEmpty() || statusWithoutFollowing(place).has_value() || errno != ENOENT;
 }
 
+QString reasonOfMissingFile()
+{
+    return u"its file is not in the backup, or cannot be read"_s;
+}
+
 QString pathOfBackedUpFile(const QString& backupPath, const QString& domainPath)
 {
     const QString place = placeOf(backupPath, domainPath);

@@ -35,6 +35,9 @@ enum class Layout {
 /// "HomeDomain-Library/Notes/notes.sqlite". Empty when the backup does not hold it as a regular file.
 [[nodiscard]] QString pathOfBackedUpFile(const QString& backupPath, const QString& domainPath);
 
+/// How a loss says that the file which a database of the backup names is not to be had.
+[[nodiscard]] QString reasonOfMissingFile();
+
 /// A backed-up database, open for reading, and what must live as long.
 class OpenDatabase {
 public:

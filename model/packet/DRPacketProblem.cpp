@@ -6,6 +6,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -13,7 +14,7 @@ QString packetProblem(const QString& packet)
 {
     const DRFileDescriptor file = DRFileDescriptor::openRegularFile(QFileInfo(packet).canonicalFilePath());
     if (!file.isOpen()) {
-        return u"there is no such file"_s;
+        return errno == ENOENT ? u"there is no such file"_s : u"it is no file that can be opened"_s;
     }
     QByteArray start(kLongestPacketHeader, '\0');
     start.truncate(std::max<qint64>(file.read(start.data(), start.size()), 0));

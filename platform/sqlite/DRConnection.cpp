@@ -166,6 +166,9 @@ void DRConnection::noteFailure()
     constexpr int kPrimaryCode = 0xFF;
     m_lastError = DRUtf8::decode(QByteArrayView(sqlite3_errmsg(m_database)));
     m_lastErrorCode = sqlite3_errcode(m_database) & kPrimaryCode;
+    if (m_lastErrorCode == SQLITE_INTERRUPT) { // which only spendSteps does
+        m_lastError = u"the database kept on working without an end"_s;
+    }
 }
 
 bool DRConnection::run(const char* sql)

@@ -51,7 +51,7 @@ QString olderLibrary(const QString& filename)
                     "INSERT INTO PhotoAlbumToPhotoJoin VALUES (1, 1, 4);"_s.arg(filename);
 }
 
-constexpr auto kNotInBackup = "its file is not in the backup"_L1;
+constexpr auto kNotInBackup = "its file is not in the backup, or cannot be read"_L1;
 constexpr auto kUnknownName = "its name does not tell a photo or video that this version knows"_L1;
 
 /// Rows of a join table, in which some values are not the integers that they should be.

@@ -64,9 +64,10 @@ private Q_SLOTS:
         memos.setSourcePath(fixture.backup());
         QVERIFY(memos.load());
         QCOMPARE(linesOf(memos), QStringList{u"memo.m4a 0x04 = "_s + kMemo});
-        QCOMPARE(lossesOf(memos), (QStringList{u"gone.m4a: its file is not in the backup (0x00)"_s,
-                                               u"A file without a name: its file is not in the backup (0x00)"_s,
-                                               u"link.m4a: its file is not in the backup (0x00)"_s}));
+        QCOMPARE(lossesOf(memos),
+                 (QStringList{u"gone.m4a: its file is not in the backup, or cannot be read (0x00)"_s,
+                              u"A file without a name: its file is not in the backup, or cannot be read (0x00)"_s,
+                              u"link.m4a: its file is not in the backup, or cannot be read (0x00)"_s}));
     }
 
     void databaseThatCannotBeRead()
