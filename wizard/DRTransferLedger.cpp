@@ -1,7 +1,9 @@
 #include "wizard/DRTransferLedger.h"
 
 #include "platform/core/DRDates.h"
+#include "platform/core/DRFileDescriptor.h"
 #include "platform/core/DRFiles.h"
+#include "platform/core/DRPendingFile.h"
 #include "platform/core/DRPrivateFolder.h"
 
 #include <QFile>
@@ -10,6 +12,7 @@
 #include <QJsonObject>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -81,10 +84,10 @@ QStringList kindsMoved(const QJsonArray& transfers,
 DRTransferLedger DRTransferLedger::ofFile(const QString& path)
 {
     DRTransferLedger ledger(path);
-    QFile file(path);
-    if (!file.exists()) {
-        return ledger;
+    if (!statusWithoutFollowing(path) && errno == ENOENT) {
+        return ledger; // any other answer may hide what was noted
     }
+    QFile file(path);
     if (file.open(QIODevice::ReadOnly)) {
         const QJsonValue transfers = QJsonDocument::fromJson(file.readAll()).object().value(u"transfers");
         ledger.m_transfers = transfers.toArray();
@@ -142,6 +145,9 @@ QDateTime DRTransferLedger::timeAfterLast(const QString& phone, const QDateTime&
 bool DRTransferLedger::notePutBack(
     PutBack what, const QStringList& keys, const QString& phone, const QDateTime& backupDate, const QDateTime& time)
 {
+    if (m_isDamaged) {
+        return false;
+    }
     bool isChanged = false;
     for (qsizetype i = 0; i < m_transfers.size(); ++i) {
         QJsonObject transfer = m_transfers.at(i).toObject();
@@ -183,6 +189,10 @@ bool DRTransferLedger::write()
     }
     m_isDamaged = false;
     const QJsonObject document{{u"version"_s, 1}, {u"transfers"_s, m_transfers}};
-    return DRPrivateFolder::make(QFileInfo(m_path).absolutePath()) &&
-           DRFiles::writeAtomically(m_path, QJsonDocument(document).toJson());
+    const QString folder = QFileInfo(m_path).absolutePath();
+    if (!DRPrivateFolder::make(folder)) {
+        return false;
+    }
+    DRPendingFile::removeLeftovers(folder);
+    return DRFiles::writeAtomically(m_path, QJsonDocument(document).toJson());
 }

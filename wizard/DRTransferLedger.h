@@ -47,8 +47,8 @@ public:
     /// Notes that apps of these kinds are put back to what they were on `backupDate`, and writes the file at once when
     /// that changes anything: what was moved after that date is not on the phone any more (from `IsDone` on), what was
     /// moved before is there again (from `Begins` on). In between both count as there: better to ask once too often than
-    /// to double. `time` is that of the phone backup which was made before they are put back. Does nothing to a damaged
-    /// file. False when it cannot be written.
+    /// to double. `time` is that of the phone backup which was made before they are put back. False when the file
+    /// is damaged, which then stays as it is, or cannot be written.
     [[nodiscard]] bool notePutBack(PutBack what,
                                    const QStringList& keys,
                                    const QString& phone,

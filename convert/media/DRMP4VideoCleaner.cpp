@@ -24,10 +24,14 @@ constexpr int kMaximumNumber = 100'000;
 
 bool needsCleaning(const DRDCFile& file)
 {
-    const bool isVideo =
-        file.fileKind() == DRMigrateFileKinds::kFilms || file.fileKind() == DRMigrateFileKinds::kOtherVideos;
-    return isVideo && DRVideoBoxes::wouldRemove(file.sourcePath(), DRVideoBoxes::pathsForOldPhones()) ==
-                          DRVideoBoxes::Outcome::Removed;
+    using Outcome = DRVideoBoxes::Outcome;
+    if (file.fileKind() != DRMigrateFileKinds::kFilms && file.fileKind() != DRMigrateFileKinds::kOtherVideos) {
+        return false;
+    }
+    const Outcome outcome = DRVideoBoxes::wouldRemove(file.sourcePath(), DRVideoBoxes::pathsForOldPhones());
+    // Where the disk did not answer, the copy asks it again. What cannot be opened at all fails when it is transferred.
+    return outcome == Outcome::Removed ||
+           (outcome == Outcome::Failed && DRFileDescriptor::openRegularFile(file.sourcePath()).isOpen());
 }
 
 struct NewFile {
@@ -71,8 +75,8 @@ QString writeCleanedCopy(const QString& source, const QString& folder)
         qCWarning(lcMigrate, "No cleaned video can be made in %ls", qUtf16Printable(folder));
         return {};
     }
-    const bool isWritten = DRVideoBoxes::writeWithoutBoxes(source, target.file, DRVideoBoxes::pathsForOldPhones()) ==
-                               DRVideoBoxes::Outcome::Removed &&
+    const bool isWritten = DRVideoBoxes::writeWithoutBoxes(source, target.file, DRVideoBoxes::pathsForOldPhones()) !=
+                               DRVideoBoxes::Outcome::Failed &&
                            keepTimeOfChange(source, target.file);
     if (!isWritten) {
         qCWarning(lcMigrate, "A cleaned video cannot be written to %ls", qUtf16Printable(folder));

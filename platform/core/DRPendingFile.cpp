@@ -2,6 +2,7 @@
 
 #include "platform/core/DRLog.h"
 
+#include <QDir>
 #include <QFile>
 
 #include <cerrno>
@@ -10,6 +11,16 @@
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+void DRPendingFile::removeLeftovers(const QString& folder)
+{
+    const QDir inside(folder);
+    for (const QString& name : inside.entryList({u".phone-migrate-??????"_s}, QDir::Files | QDir::Hidden)) {
+        ::unlink(nativePath(inside.filePath(name)).constData());
+    }
+}
 
 DRPendingFile::DRPendingFile(const QString& target)
     : m_target(nativePath(target)),

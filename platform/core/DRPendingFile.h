@@ -9,6 +9,9 @@
 /// A long file on its way: written under a temporary name beside its place, where it appears whole or not at all.
 class DRPendingFile {
 public:
+    /// Removes the temporary files that interrupted programs left in the folder. Nobody else may be writing there.
+    static void removeLeftovers(const QString& folder);
+
     /// Makes the temporary file, mode 0600, readable and writable. `target` need not exist.
     explicit DRPendingFile(const QString& target);
 

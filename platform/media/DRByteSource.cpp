@@ -37,6 +37,7 @@ DRFileSource::DRFileSource(const DRFileDescriptor& file) : m_file(file)
 {
     const auto status = file.status();
     m_length = status ? static_cast<quint64>(status->st_size) : 0;
+    m_hasFailed = !status;
 }
 
 QByteArrayView DRFileSource::view(quint64 offset, quint64 count)
@@ -66,6 +67,7 @@ void DRFileSource::readWindow(quint64 offset)
             continue;
         }
         if (count <= 0) {
+            m_hasFailed = m_hasFailed || count < 0;
             break;
         }
         filled += count;

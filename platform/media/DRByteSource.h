@@ -42,11 +42,15 @@ public:
     [[nodiscard]] quint64 length() const override { return m_length; }
     [[nodiscard]] QByteArrayView view(quint64 offset, quint64 count) override;
 
+    /// Whether the disk did not answer so far: the length or bytes are missing then that the file may have.
+    [[nodiscard]] bool hasFailed() const { return m_hasFailed; }
+
 private:
     void readWindow(quint64 offset);
 
     const DRFileDescriptor& m_file;
     quint64 m_length = 0;
+    bool m_hasFailed = false;
     quint64 m_windowOffset = 0;
     QByteArray m_window;
 };

@@ -43,6 +43,13 @@ Outcome outcomeOf(DRMP4Survey& survey)
     return survey.findings().removals.empty() ? Outcome::NoneFound : Outcome::Removed;
 }
 
+/// What a disk that does not answer hides is not missing from the video.
+Outcome outcomeOf(DRMP4Survey& survey, const DRFileSource& bytes)
+{
+    const Outcome outcome = outcomeOf(survey);
+    return bytes.hasFailed() ? Outcome::Failed : outcome;
+}
+
 /// Lets the kernel copy or share what it can. The position it came to.
 quint64 shareRange(const DRFileDescriptor& source, const DRByteRange& range, const DRFileDescriptor& target)
 {
@@ -71,6 +78,7 @@ bool copyRange(const DRFileDescriptor& source, const DRByteRange& range, const D
 }
 
 bool copyWithoutRanges(const DRFileDescriptor& source,
+                       quint64 length,
                        const std::vector<DRByteRange>& removed,
                        const DRFileDescriptor& target)
 {
@@ -81,7 +89,7 @@ bool copyWithoutRanges(const DRFileDescriptor& source,
         }
         offset = range.end;
     }
-    return copyRange(source, {offset, DRFileSource(source).length()}, target);
+    return copyRange(source, {offset, length}, target);
 }
 
 bool writeAt(const DRFileDescriptor& target, quint64 offset, QByteArrayView bytes)
@@ -100,13 +108,17 @@ bool writeAt(const DRFileDescriptor& target, quint64 offset, QByteArrayView byte
     return true;
 }
 
-bool copyWithout(const DRMP4Removal& removal, const DRFileDescriptor& source, const DRFileDescriptor& target)
+/// `bytes` are those of `source`.
+bool copyWithout(const DRMP4Removal& removal,
+                 const DRFileDescriptor& source,
+                 DRFileSource& bytes,
+                 const DRFileDescriptor& target)
 {
-    DRFileSource bytes(source);
-    return copyWithoutRanges(source, removal.removedRanges(), target) &&
-           removal.writeChanges(bytes, [&](quint64 offset, QByteArrayView changed) {
-               return writeAt(target, removal.positionAfter(offset), changed);
-           });
+    const auto write = [&](quint64 offset, QByteArrayView changed) {
+        return writeAt(target, removal.positionAfter(offset), changed);
+    };
+    return copyWithoutRanges(source, bytes.length(), removal.removedRanges(), target) &&
+           removal.writeChanges(bytes, write) && !bytes.hasFailed();
 }
 
 } // namespace
@@ -135,7 +147,7 @@ Outcome DRVideoBoxes::wouldRemove(const QString& source, const QStringList& path
     }
     DRFileSource bytes(file);
     DRMP4Survey survey(bytes, readPaths(paths), {.maximumFindings = kMaximumFindings});
-    return outcomeOf(survey);
+    return outcomeOf(survey, bytes);
 }
 
 Outcome DRVideoBoxes::writeWithoutBoxes(const QString& source, const DRFileDescriptor& target, const QStringList& paths)
@@ -146,7 +158,10 @@ Outcome DRVideoBoxes::writeWithoutBoxes(const QString& source, const DRFileDescr
     }
     DRFileSource bytes(file);
     DRMP4Survey survey(bytes, readPaths(paths), {.maximumFindings = kMaximumFindings});
-    const Outcome outcome = outcomeOf(survey);
+    const Outcome outcome = outcomeOf(survey, bytes);
+    if (outcome == Outcome::Failed) {
+        return Outcome::Failed;
+    }
     const DRMP4Removal removal(outcome == Outcome::Removed ? survey.takeFindings() : DRMP4Findings{});
-    return copyWithout(removal, file, target) ? outcome : Outcome::Failed;
+    return copyWithout(removal, file, bytes, target) ? outcome : Outcome::Failed;
 }

@@ -14,7 +14,7 @@ enum class Outcome {
     NoneFound, ///< there is nothing to remove
     NotRead,   ///< no well-formed MP4 or QuickTime file: nothing is removed
     TooMany,   ///< far more boxes than any video has: nothing is removed
-    Failed,    ///< the source cannot be opened, or copying came to no end
+    Failed,    ///< the source cannot be opened or read, or copying came to no end
 };
 
 /// What the players of old phones stumble over: the film's user data, and the second "mp4a" that QuickTime keeps in the

@@ -119,6 +119,14 @@ Limit limitOfOpening(int flags)
     return (flags & O_CREAT) != 0 ? Limit::Space : Limit::None;
 }
 
+bool isForWriting(int file)
+{
+    const int errorBefore = errno;
+    const long flags = ::syscall(SYS_fcntl, file, F_GETFL);
+    errno = errorBefore;
+    return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
+}
+
 } // namespace
 
 extern "C" {
@@ -201,6 +209,26 @@ int fdatasync(int file)
 {
     return answer({"fdatasync", pathOf(file), Limit::Space},
                   [=](std::size_t) { return real<&::fdatasync>("fdatasync")(file); });
+}
+
+/// Some file systems tell only here that what was written did not arrive. The file is closed whatever becomes of the call.
+int close(int file)
+{
+    if (!isForWriting(file)) {
+        return real<&::close>("close")(file);
+    }
+    bool isClosed = false;
+    const auto closeReally = [&isClosed, file](std::size_t) {
+        isClosed = true;
+        return real<&::close>("close")(file);
+    };
+    const int answered = answer({"close", pathOf(file), Limit::Space}, closeReally);
+    if (!isClosed) {
+        const int error = errno;
+        closeReally(0);
+        errno = error;
+    }
+    return answered;
 }
 
 int mkdir(const char* path, mode_t mode) noexcept

@@ -1,12 +1,14 @@
 #!/usr/bin/env python3
 """Lets calls of phone-migrate to the file system go wrong, one per run, and checks its promises. See docs/faults.md.
 
-Usage: faults.py PROGRAM LIBRARY DEPTH [--kinds KIND,...] [--workers N] [--seconds N]
+Usage: faults.py PROGRAM LIBRARY DEPTH [--scenario transfer|restore|redo] [--kinds KIND,...] [--at TEXT] [--workers N]
 
 PROGRAM    phone-migrate
 LIBRARY    the library of fail_calls.cpp
 DEPTH      "all": every call; a number: so many calls of each sort, and for each doubling of their count as many more;
            "-N": every Nth call
+TEXT       of the calls only those whose name and path ("fsync /.../transfers.json") hold it, a regular expression
+"restore" undoes a transfer, "redo" undoes that.
 """
 
 import argparse
@@ -18,8 +20,9 @@ from collections import Counter, defaultdict
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from places import Place, Sample, scratch_folder, tree
-from promises import Reference, broken_promises
+from places import Sample, scratch_folder
+from restore import Restore
+from transfer import Transfer
 
 # What can become of a call: which calls can meet it ("s" and "p" as in the library's trace), and what the library is told.
 FAULTS = {
@@ -33,6 +36,16 @@ FAULTS = {
     "killed after": ("", {"FAULTS_KIND": "killAfter"}),
     "phone gone": ("", {"FAULTS_KIND": "gone"}),
 }
+
+
+SCENARIOS = ("transfer", "restore", "redo")  # each that is an undo begins where the one before it ended
+
+
+def scenario_named(name, sample, folder):
+    scenario = Transfer(sample, folder / "transfer")
+    for undo in SCENARIOS[1:SCENARIOS.index(name) + 1]:
+        scenario = Restore(scenario, folder / undo)
+    return scenario
 
 
 class Call:
@@ -49,32 +62,28 @@ class Call:
 class Laboratory:
     """Makes attempts, each in a place of its own, and collects what they break."""
 
-    def __init__(self, program, library, folder):
+    def __init__(self, program, library, scenario, folder):
         self.library, self.folder = library, folder
         self.sample = Sample(program, folder)
-        self.reference = Reference(self.place("reference"))
+        self.scenario = scenario_named(scenario, self.sample, folder)
         self.calls = self.count_calls()
 
-    def place(self, name):
-        return Place(self.sample, self.folder / name, self.library)
-
     def count_calls(self):
-        place = self.place("count")
-        if place.run(["transfer", "--yes"], {}).code != 0:
-            raise SystemExit("The migration fails when its calls are only counted.")
+        place = self.scenario.place(self.folder / "count", self.library)
+        if place.run(self.scenario.command(place), {}).code != 0:
+            raise SystemExit("The program fails when its calls are only counted.")
         return [Call(line) for line in place.trace.read_text().splitlines()]
 
     def attempt(self, number, kind):
         """One fault. Answers how the run ended, and the promises that it broke."""
-        place = self.place(f"{number}-{kind}".replace(" ", "-"))
-        before = tree(place.phone)
-        ended = place.run(["transfer", "--yes"], {"FAULTS_AT": str(number), **FAULTS[kind][1]})
+        place = self.scenario.place(self.folder / f"{number}-{kind}".replace(" ", "-"), self.library)
+        ended = place.run(self.scenario.command(place), {"FAULTS_AT": str(number), **FAULTS[kind][1]})
         hit = place.trace.read_text() if place.trace.exists() else ""
         gone = Path(f"{place.phone}.gone")
         if gone.exists():
             gone.rename(place.phone)
-        broken = broken_promises(place, ended, before, self.reference, is_killed=kind.startswith("killed") and hit,
-                                 is_phone_lost=kind in ("broken from then on", "phone gone"))
+        broken = self.scenario.broken_promises(place, ended, is_killed=kind.startswith("killed") and hit,
+                                               is_phone_lost=kind in ("broken from then on", "phone gone"))
         if self.sample.is_changed():
             broken.append("the source was changed")
         shutil.rmtree(place.folder)
@@ -131,7 +140,9 @@ def arguments():
     parser.add_argument("program", type=Path)
     parser.add_argument("library", type=Path)
     parser.add_argument("depth")
+    parser.add_argument("--scenario", choices=SCENARIOS, default="transfer")
     parser.add_argument("--kinds", default=",".join(FAULTS))
+    parser.add_argument("--at", default="")
     parser.add_argument("--workers", type=int, default=8)  # a run mostly waits
     return parser.parse_args()
 
@@ -139,9 +150,9 @@ def arguments():
 def main():
     asked = arguments()
     with scratch_folder() as folder:
-        laboratory = Laboratory(asked.program.resolve(), asked.library.resolve(), Path(folder))
-        plan = [(number, kind) for kind in asked.kinds.split(",")
-                for number in chosen(laboratory.calls, kind, asked.depth)]
+        laboratory = Laboratory(asked.program.resolve(), asked.library.resolve(), asked.scenario, Path(folder))
+        calls = [call for call in laboratory.calls if re.search(asked.at, f"{call.name} {call.path}")]
+        plan = [(number, kind) for kind in asked.kinds.split(",") for number in chosen(calls, kind, asked.depth)]
         tally = Tally(len(plan))
         print(f"{len(laboratory.calls)} calls, {len(plan)} faults", flush=True)
         with ThreadPoolExecutor(asked.workers) as workers:

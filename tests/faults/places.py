@@ -10,6 +10,7 @@ import tempfile
 from pathlib import Path
 
 LONGEST_SECONDS = 120  # a run takes two on an idle computer; what is not over then hangs
+LONG_AGO = 1_600_000_000  # seconds since 1970
 TEMPORARY = ".phone-migrate-"  # what the names of files begin with that are not whole yet
 
 
@@ -26,6 +27,13 @@ def tree(folder):
         content = (status.st_size, digest(path)) if stat.S_ISREG(status.st_mode) else None
         found[str(path.relative_to(folder))] = (status.st_mode, status.st_mtime_ns, content)
     return found
+
+
+def set_back(folder):
+    """What has not changed for a while is not looked at again and again: so each run makes the same calls."""
+    for path in [folder, *folder.rglob("*")]:
+        if path.is_dir():
+            os.utime(path, (LONG_AGO, LONG_AGO))
 
 
 def digest(path):
@@ -51,6 +59,10 @@ class Ended:
         """The keys of the kinds of which something was left out."""
         return {key for key, kind in (self.last.get("kinds") or {}).items() if kind["skipped"]}
 
+    def packets_in(self, *states):
+        """The packets of which a restore says that this became of them."""
+        return {packet_id for packet_id, packet in (self.last.get("packets") or {}).items() if packet["state"] in states}
+
     def says(self, text):
         return text in self.messages or text in json.dumps(self.last)
 
@@ -69,14 +81,37 @@ class Sample:
 
 
 class Place:
-    """Where one attempt happens: PLACE/phone and the user's folders PLACE/data, PLACE/cache and PLACE/state."""
+    """Where one attempt happens: PLACE/phone and the user's folders PLACE/data, PLACE/cache and PLACE/state. It begins with the
+    sample's phone, or with the phone and the data that `origin`, another place, holds."""
 
-    def __init__(self, sample, folder, library=None):
+    def __init__(self, sample, folder, library=None, origin=None):
         self.sample, self.folder, self.library = sample, folder, library
         self.phone, self.data, self.cache = folder / "phone", folder / "data", folder / "cache"
         self.trace = folder / "trace"
         folder.mkdir()
-        shutil.copytree(sample.folder / "phone", self.phone)
+        shutil.copytree(origin.phone if origin else sample.folder / "phone", self.phone)
+        if origin:
+            self.take_data(origin)
+        set_back(self.phone)
+        self.remember()
+
+    def take_data(self, origin):
+        """A copy of a phone is another phone: what was kept of the one becomes what was kept of the other."""
+        shutil.copytree(origin.data, self.data)
+        before, now = origin.phone_identifier(), self.phone_identifier()
+        for path in [*self.data.rglob("BackupData.plist"), self.ledger_path()]:
+            path.write_text(path.read_text().replace(before, now))
+        for folder in list(self.data.rglob(before)):
+            folder.rename(folder.with_name(now))
+
+    def phone_identifier(self):
+        arguments = [self.sample.program, "phone", "--json", "--phone", self.phone]
+        return json.loads(subprocess.run(arguments, check=True, capture_output=True).stdout)["id"]
+
+    def remember(self):
+        """What must stay as it is now: the phone, until it is written, and the phone backups, always."""
+        self.phone_before = tree(self.phone)
+        self.backups_before = {folder: tree(folder) for folder in self.phone_backups()}
 
     def arguments(self, command):
         return [self.sample.program, *command, "--json", "--backups", self.sample.folder / "backups", "--phone",
@@ -98,9 +133,23 @@ class Place:
     def run(self, command, fault=None):
         return finish(self.start(command, fault))
 
-    def kept_packets(self):
-        """The packets of the phone backups on this computer, whose names say that they are whole."""
-        return sorted(self.data.rglob("fullbackupdata"))
+    def phone_backups(self):
+        """The folders of the phone backups on this computer, the oldest first."""
+        return sorted(self.data.glob("phone-migrate/phone-backups/*/*"))
+
+    def new_phone_backups(self):
+        return [folder for folder in self.phone_backups() if folder not in self.backups_before]
+
+    def ledger_path(self):
+        return self.data / "phone-migrate" / "transfers.json"
+
+    def ledger(self):
+        """The kinds that were moved to the phone, and whether they count as being there; None when that cannot be read."""
+        try:
+            transfers = json.loads(self.ledger_path().read_text())["transfers"]
+            return {transfer["kind"]: len(transfer.get("turns", [])) % 2 == 0 for transfer in transfers}
+        except (OSError, ValueError, KeyError, TypeError):
+            return None
 
     def leftovers(self):
         """Files that are not whole and that nobody will use. Phone backups are never cleaned, whole or not."""

@@ -11,8 +11,9 @@ import sys
 from contextlib import contextmanager
 from pathlib import Path
 
-from places import Place, Sample, finish, scratch_folder, tree
-from promises import DONE, REFUSED, Reference, broken_after_repeat, broken_promises
+from places import Sample, finish, scratch_folder
+from promises import DONE, REFUSED
+from transfer import Transfer
 
 CANNOT_BE_HAD = 77
 STARTS = 20
@@ -42,30 +43,30 @@ def can_mount(folder):
         subprocess.run(["umount", folder]).returncode == 0
 
 
-def broken_on_disk(sample, reference, folder, name, kibibytes):
-    place = Place(sample, folder / f"{name}-{kibibytes}")
+def broken_on_disk(transfer, folder, name, kibibytes):
+    place = transfer.place(folder / f"{name}-{kibibytes}")
     with disk(place.folder / name, kibibytes) as make_larger:
-        before = tree(place.phone)
-        ended = place.run(["transfer", "--yes"])
+        place.remember()
+        ended = place.run(transfer.command(place))
         print(f"{name} on a disk of {kibibytes} KiB: exit code {ended.code}", flush=True)
-        return broken_promises(place, ended, before, reference, when_mended=make_larger)
+        return transfer.broken_promises(place, ended, when_mended=make_larger)
 
 
-def broken_on_disks(sample, reference, folder):
+def broken_on_disks(transfer, folder):
     return [f"{name} on a disk of {size} KiB: {promise}" for name, sizes in SIZES.items() for size in sizes
-            for promise in broken_on_disk(sample, reference, folder, name, size)]
+            for promise in broken_on_disk(transfer, folder, name, size)]
 
 
-def broken_in_crowd(sample, reference, folder):
+def broken_in_crowd(transfer, folder):
     """One does the work, the others are refused, and nothing is there twice."""
-    place = Place(sample, folder / "crowd")
-    all_ended = [finish(process) for process in [place.start(["transfer", "--yes"]) for _ in range(STARTS)]]
+    place = transfer.place(folder / "crowd")
+    all_ended = [finish(process) for process in [place.start(transfer.command(place)) for _ in range(STARTS)]]
     codes = sorted(ended.code for ended in all_ended)
     print(f"{STARTS} starts at once: exit codes {codes}")
     refused = [ended for ended in all_ended
                if ended.code == REFUSED and (ended.says("Another run") or ended.says("--again"))]
     broken = [] if codes.count(DONE) == 1 and len(refused) == STARTS - 1 else [f"they ended with {codes}"]
-    return broken + broken_after_repeat(place, reference.before, [], reference)
+    return broken + transfer.broken_after_repeat(place, transfer.before, [])
 
 
 def main():
@@ -76,9 +77,9 @@ def main():
             print("SKIPPED: disks cannot be mounted here; this needs root")
             return CANNOT_BE_HAD
         sample = Sample(program, folder)
-        reference = Reference(Place(sample, folder / "reference"))
+        transfer = Transfer(sample, folder / "transfer")
         check = {"disks": broken_on_disks, "crowd": broken_in_crowd}[situation]
-        broken = check(sample, reference, folder)
+        broken = check(transfer, folder)
         broken += ["the source was changed"] if sample.is_changed() else []
     print("\n".join(f"BROKEN {promise}" for promise in broken) or "No promise broken.")
     return 1 if broken else 0

@@ -1,6 +1,7 @@
 #include "platform/core/DRFileDescriptor.h"
 #include "platform/core/DRFiles.h"
 #include "platform/data/DRMutableAbstractData.h"
+#include "platform/media/DRByteSource.h"
 #include "platform/media/DRMP4Atom.h"
 #include "platform/media/DRVideoBoxes.h"
 
@@ -326,6 +327,17 @@ private Q_SLOTS:
         QCOMPARE(DRVideoBoxes::wouldRemove(link, {u"moov/udta"_s}), Outcome::Failed);
         const auto target = DRFileDescriptor::open(m_folder.filePath(u"target"_s), O_WRONLY);
         QCOMPARE(DRVideoBoxes::writeWithoutBoxes(link, target, {}), Outcome::Failed);
+    }
+
+    void fileThatCannotBeReadHasNotEnded()
+    {
+        const QByteArray bytes = box("moov", box("udta", {}));
+        QCOMPARE(writtenWithout(bytes, {u"moov/udta"_s}).first, Outcome::Removed);
+        const auto onlyForWriting = DRFileDescriptor::open(m_folder.filePath(u"source"_s), O_WRONLY);
+        DRFileSource source(onlyForWriting);
+        QVERIFY(source.length() > 0 && !source.hasFailed());
+        QVERIFY(source.view(0, 1).isEmpty() && source.hasFailed());
+        QVERIFY(DRFileSource(DRFileDescriptor()).hasFailed());
     }
 };
 
