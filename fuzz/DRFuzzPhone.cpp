@@ -33,11 +33,15 @@ void DRFuzzPhone::reset()
     edit(nothing);
 }
 
-std::optional<qint64> DRFuzzPhone::rowCount(const QString& table) const
+std::optional<qint64> DRFuzzPhone::rowCount(const QStringList& tables) const
 {
     auto database = DRDatabase::open(m_database, DRDatabase::Profile::Phone);
     require(database.has_value(), "the phone's database can be opened");
-    DRResultSet row = database->executeQuery(u"SELECT count(*) FROM %1"_s.arg(table));
+    QStringList counts;
+    for (const QString& table : tables) {
+        counts.append(u"(SELECT count(*) FROM %1)"_s.arg(table));
+    }
+    DRResultSet row = database->executeQuery(u"SELECT "_s + counts.join(u'+'));
     return row.next() ? std::optional(row.integerAt(0)) : std::nullopt;
 }
 

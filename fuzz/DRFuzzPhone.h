@@ -33,8 +33,8 @@ public:
     /// The path of the database.
     [[nodiscard]] const QString& database() const { return m_database; }
 
-    /// The rows of a table; none when they cannot be counted.
-    [[nodiscard]] std::optional<qint64> rowCount(const QString& table) const;
+    /// The rows of all these tables; none when they cannot be counted.
+    [[nodiscard]] std::optional<qint64> rowCount(const QStringList& tables) const;
 
 private:
     [[nodiscard]] QString pathInApp(const QString& name) const;

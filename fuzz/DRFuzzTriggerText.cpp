@@ -2,116 +2,41 @@
 
 #include "fuzz/DRFuzzInput.h"
 
-#include <array>
-#include <span>
+#include <QStringList>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-using Words = std::span<const char* const>;
-
-constexpr std::array kTimes{"AFTER", "AFTER", "AFTER", "BEFORE"};
-constexpr std::array kEvents{"INSERT ON sms",          "INSERT ON pdu",     "INSERT ON part",
-                             "INSERT ON threads",      "UPDATE ON threads", "UPDATE OF snippet, \"Read\" ON threads",
-                             "UPDATE ON vrnm_threads", "DELETE ON sms"};
-constexpr std::array kUpdatedTables{"threads", "threads", "vrnm_threads", "sms", "pdu"};
-constexpr std::array kAssignedColumns{"message_count",  "read",          "snippet", "snippet_cs",
-                                      "has_attachment", "date",          "error",   "snippet_type",
-                                      "unread_count",   "recipient_ids", "_id",     "\"SNIPPET\""};
-constexpr std::array kConditionsOfUpdate{
-    "threads._id = new.thread_id",
-    "_id = new.thread_id",
-    "new.thread_id == vrnm_threads._id",
-    "_id IN (SELECT thread_id FROM pdu WHERE pdu._id = new.mid)",
-    "threads._id IN (SELECT pdu.thread_id FROM part JOIN pdu ON pdu._id=part.mid WHERE part._id=new._id LIMIT 1)",
-    "_id = (SELECT DISTINCT thread_id FROM pdu WHERE new.mid = _id)",
-    "_id = new.thread_id AND read = 0",
-    "1",
-};
-constexpr std::array kAtoms{"0",
-                            "1",
-                            "NULL",
-                            "'text'",
-                            "2.5",
-                            "x'00'",
-                            "new._id",
-                            "new.thread_id",
-                            "new.body",
-                            "new.read",
-                            "new.type",
-                            "new.date",
-                            "new.sub",
-                            "new.m_type",
-                            "new.msg_box",
-                            "new.ct",
-                            "new.mid",
-                            "old.read",
-                            "_id",
-                            "rowid",
-                            "read",
-                            "date",
-                            "snippet",
-                            "message_count",
-                            "body",
-                            "thread_id",
-                            "threads._id",
-                            "threads.read",
-                            "threads.snippet",
-                            "vrnm_threads.date",
-                            "sms.read",
-                            "sms.date",
-                            "pdu.msg_box",
-                            "part.ct",
-                            "main.sms.type",
-                            "\"snippet\"",
-                            "[read]",
-                            "`date`",
-                            "\"text\""};
-constexpr std::array kOperators{"+",
-                                "-",
-                                "*",
-                                "/",
-                                "%",
-                                "=",
-                                "!=",
-                                "<",
-                                ">=",
-                                "AND",
-                                "OR",
-                                "||",
-                                "IS",
-                                "IS NOT",
-                                "&",
-                                "|",
-                                "<<",
-                                "LIKE",
-                                "IN",
-                                "IS DISTINCT FROM",
-                                "COLLATE nocase =",
-                                "GLOB",
-                                "->>"};
-constexpr std::array kPrefixes{"", "-", "NOT ", "~", "+", "EXISTS ", "DISTINCT ", "CAST "};
-constexpr std::array kFunctions{
-    "count",         "max",     "min",    "avg",    "total",        "sum",     "ifnull",
-    "coalesce",      "nullif",  "length", "substr", "lower",        "trim",    "round",
-    "instr",         "typeof",  "abs",    "random", "group_concat", "changes", "last_insert_rowid",
-    "total_changes", "replace", "printf", "quote"};
-constexpr std::array kSources{"sms",
-                              "pdu",
-                              "part",
-                              "threads",
-                              "vrnm_threads",
-                              "sms LEFT JOIN threads ON threads._id = thread_id",
-                              "pdu JOIN part ON pdu._id = part.mid",
-                              "sms, pdu",
-                              "sms AS threads",
-                              "sms NATURAL JOIN pdu",
-                              "sqlite_master",
-                              "pending_msgs",
-                              "(SELECT 1)"};
-constexpr std::array kTails{"", "", " LIMIT 1", " ORDER BY date", " ORDER BY _id DESC LIMIT 1", " GROUP BY type"};
-
+/// Pieces of text, of which the input chooses by their position.
+const QStringList kTimes = u"AFTER AFTER AFTER BEFORE"_s.split(u' ');
+const QStringList kEvents = u"INSERT ON sms|INSERT ON pdu|INSERT ON part|INSERT ON threads|UPDATE ON threads|"
+                            "UPDATE OF snippet, \"Read\" ON threads|UPDATE ON vrnm_threads|DELETE ON sms"_s.split(u'|');
+const QStringList kUpdatedTables = u"threads threads vrnm_threads sms pdu"_s.split(u' ');
+const QStringList kAssignedColumns =
+    u"message_count read snippet snippet_cs has_attachment date error snippet_type unread_count recipient_ids "
+    "_id \"SNIPPET\""_s.split(u' ');
+const QStringList kConditionsOfUpdate =
+    u"threads._id = new.thread_id|_id = new.thread_id|new.thread_id == vrnm_threads._id|"
+    "_id IN (SELECT thread_id FROM pdu WHERE pdu._id = new.mid)|"
+    "threads._id IN (SELECT pdu.thread_id FROM part JOIN pdu ON pdu._id=part.mid WHERE part._id=new._id LIMIT 1)|"
+    "_id = (SELECT DISTINCT thread_id FROM pdu WHERE new.mid = _id)|_id = new.thread_id AND read = 0|1"_s.split(u'|');
+const QStringList kAtoms =
+    u"0 1 NULL 'text' 2.5 x'00' new._id new.thread_id new.body new.read new.type new.date new.sub new.m_type "
+    "new.msg_box new.ct new.mid old.read _id rowid read date snippet message_count body thread_id "
+    "threads._id threads.read threads.snippet vrnm_threads.date sms.read sms.date pdu.msg_box part.ct "
+    "main.sms.type \"snippet\" [read] `date` \"text\""_s.split(u' ');
+const QStringList kOperators =
+    u"+,-,*,/,%,=,!=,<,>=,AND,OR,||,IS,IS NOT,&,|,<<,LIKE,IN,IS DISTINCT FROM,COLLATE nocase =,GLOB,->>"_s.split(u',');
+const QStringList kPrefixes = u"|-|NOT |~|+|EXISTS |DISTINCT |CAST "_s.split(u'|');
+const QStringList kFunctions =
+    u"count max min avg total sum ifnull coalesce nullif length substr lower trim round instr typeof abs "
+    "random group_concat changes last_insert_rowid total_changes replace printf quote"_s.split(u' ');
+const QStringList kSources =
+    u"sms|pdu|part|threads|vrnm_threads|sms LEFT JOIN threads ON threads._id = thread_id|"
+    "pdu JOIN part ON pdu._id = part.mid|sms, pdu|sms AS threads|sms NATURAL JOIN pdu|sqlite_master|"
+    "pending_msgs|(SELECT 1)"_s.split(u'|');
+const QStringList kTails = u"|| LIMIT 1| ORDER BY date| ORDER BY _id DESC LIMIT 1| GROUP BY type"_s.split(u'|');
 constexpr int kDeepest = 4;
 
 /// Makes text as the input chooses; at its end it chooses the first of everything, so that texts come to an end.
@@ -133,7 +58,7 @@ public:
     }
 
 private:
-    QString word(Words words) { return QString::fromLatin1(words[m_input.takePosition(words.size())]); }
+    QString word(const QStringList& words) { return words.at(m_input.takePosition(words.size())); }
 
     QString update()
     {

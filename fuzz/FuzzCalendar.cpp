@@ -12,16 +12,6 @@ void fuzzOne(QByteArrayView bytes)
 {
     static DRFuzzBackup backup(addIPhoneCalendar, {u"HomeDomain-Library/Calendar/Calendar.sqlitedb"_s});
     static DRFuzzPhone phone(addPhoneCalendar, u"com.android.providers.calendar"_s, u"db/calendar.db"_s);
-    editOneOf(bytes, backup, phone);
-    DRFuzzMove move;
-    const auto source = move.load<DRMigrateIPhoneCalendar>(backup);
-    if (!source) {
-        return;
-    }
-    const auto before = phone.rowCount(u"Events"_s);
-    const auto report = move.merge<DRMigrateAndroidCalendar>(*source, phone.path(), phone.packetID());
-    const auto after = phone.rowCount(u"Events"_s);
-    if (report && before && after) {
-        require(*after == *before + report->written, "each event is a row, and the phone's own stay");
-    }
+    DRFuzzMove().moveRows<DRMigrateIPhoneCalendar, DRMigrateAndroidCalendar>(
+        bytes, backup, phone, {u"Events"_s}, [](const DRMigrateReport& report) { return report.written; });
 }

@@ -9,10 +9,5 @@ using namespace Qt::StringLiterals;
 void fuzzOne(QByteArrayView bytes)
 {
     static DRFuzzBackup backup(addIPhonePhotos, {u"CameraRollDomain-Media/PhotoData/Photos.sqlite"_s});
-    DRFuzzInput input(bytes);
-    backup.edit(input);
-    DRFuzzMove move;
-    if (const auto source = move.load<DRMigrateIPhonePhotos>(backup)) {
-        requireFilesOfBackup(*source, backup);
-    }
+    DRFuzzMove().readFiles<DRMigrateIPhonePhotos>(bytes, backup);
 }

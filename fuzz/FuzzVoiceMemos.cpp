@@ -9,10 +9,5 @@ using namespace Qt::StringLiterals;
 void fuzzOne(QByteArrayView bytes)
 {
     static DRFuzzBackup backup(addIPhoneVoiceMemos, {u"MediaDomain-Media/Recordings/Recordings.db"_s});
-    DRFuzzInput input(bytes);
-    backup.edit(input);
-    DRFuzzMove move;
-    if (const auto source = move.load<DRMigrateIPhoneVoiceMemos>(backup)) {
-        requireFilesOfBackup(*source, backup);
-    }
+    DRFuzzMove().readFiles<DRMigrateIPhoneVoiceMemos>(bytes, backup);
 }

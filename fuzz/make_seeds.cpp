@@ -5,6 +5,7 @@
 #include "app/sample/DRSampleManifest.h"
 #include "app/sample/DRSampleMovie.h"
 #include "app/sample/DRSampleRandom.h"
+#include "fuzz/DRFuzzBackup.h"
 #include "fuzz/FuzzTarget.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "model/packet/DRTarHeader.h"
@@ -85,16 +86,10 @@ Seeds propertyListSeeds()
             DRPropertyList::binaryFromDictionary({})};
 }
 
-const DRSampleSettings& settings()
-{
-    static const DRSampleSettings kSettings{.moment = QDateTime(QDate(2014, 5, 6), QTime(7, 8, 9), Qt::UTC)};
-    return kSettings;
-}
-
 Seeds backupInfoSeeds()
 {
-    const QByteArray info = sampleInfoPropertyList(settings(), u"0123456789abcdef0123456789abcdef01234567"_s);
-    return {withLength<quint16>(info) + sampleManifestPropertyList(settings()), withLength<quint16>(info),
+    const QByteArray info = sampleInfoPropertyList(fuzzSettings(), u"0123456789abcdef0123456789abcdef01234567"_s);
+    return {withLength<quint16>(info) + sampleManifestPropertyList(fuzzSettings()), withLength<quint16>(info),
             withLength<quint16>(DRPropertyList::binaryFromDictionary(dictionary()))};
 }
 
@@ -176,7 +171,7 @@ Seeds mp4Seeds()
         seeds.append(encodeSampleMovie({.width = 16,
                                         .height = 16,
                                         .pictures = 1,
-                                        .created = settings().moment,
+                                        .created = fuzzSettings().moment,
                                         .title = u"Film"_s,
                                         .order = order}));
     }

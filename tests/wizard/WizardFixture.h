@@ -14,6 +14,7 @@
 #include "tests/support/DRTestAnalytics.h"
 #include "tests/support/DRTestClock.h"
 #include "tests/support/DRTestDevice.h"
+#include "tests/support/DRTestFiles.h"
 #include "tests/support/DRTestTaskQueue.h"
 #include "tests/support/DRTestTimerSource.h"
 #include "wizard/DRMGSequence.h"
@@ -100,7 +101,6 @@ public:
     void addBackup(const QString& deviceName, const QString& version = QStringLiteral("6.1.3"))
     {
         const QString backup = folder.filePath(QStringLiteral("backups/backup%1").arg(++m_backupCount));
-        QDir().mkpath(backup);
         const QString plist =
             QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
                            "<key>Device Name</key><string>%1</string><key>Product Version</key><string>%2</string>"
@@ -184,8 +184,7 @@ public:
 private:
     static void writeFile(const QString& path, const QByteArray& bytes)
     {
-        QFile file(path);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        if (!::writeFile(path, bytes)) {
             qFatal("cannot write a file of the test");
         }
     }

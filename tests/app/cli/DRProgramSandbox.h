@@ -15,6 +15,7 @@
 
 #include "platform/core/DRDigest.h"
 #include "platform/core/DRPropertyList.h"
+#include "tests/support/DRTestFiles.h"
 
 /// A folder with a backup, a phone and user folders of its own, in which the real program is run.
 class DRProgramSandbox {
@@ -101,9 +102,7 @@ public:
 
     void write(const QString& relative, const QByteArray& bytes) const
     {
-        QDir().mkpath(QFileInfo(path(relative)).path());
-        QFile file(path(relative));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        if (!writeFile(path(relative), bytes)) {
             qFatal("a file of the test cannot be written");
         }
     }

@@ -2,6 +2,7 @@
 #include "platform/sqlite/DRDatabase.h"
 #include "tests/app/cli/DRPacketCheck.h"
 #include "tests/app/cli/DRProgramTest.h"
+#include "tests/support/DRTestTable.h"
 
 using namespace DRMigrateKeys;
 using namespace Qt::StringLiterals;
@@ -48,15 +49,16 @@ private:
 private Q_SLOTS:
     void everyBookmarkArrives_data()
     {
-        QTest::addColumn<QByteArray>("chromeFile"); // what Chrome has; null for what the sample gives it
-        QTest::addColumn<QString>("sql");           // a change of the iPhone's bookmarks
-        QTest::addColumn<QString>("warning");
-        QTest::addColumn<bool>("isLoss"); // of those in Chrome
+        // chromeFile: what Chrome has; null for what the sample gives it
+        // sql: a change of the iPhone's bookmarks
+        // isLoss: of those in Chrome
+        const DRTestTable<QByteArray, QString, QString, bool> add("chromeFile", "sql", "warning", "isLoss");
         const QString roots = uR"({"roots":{"bookmark_bar":{"children":[]},"synced":{"children":[%1]}},"version":1})"_s;
-        const auto row = [](const char* what, const QString& chromeFile, const QString& sql, const QString& warning) {
-            QTest::newRow(what) << chromeFile.toLatin1() << sql << warning << !sql.isEmpty();
+        const auto row = [&add](const char* what, const QString& chromeFile, const QString& sql,
+                                const QString& warning) {
+            add(what, chromeFile.toLatin1(), sql, warning, !sql.isEmpty());
         };
-        QTest::newRow("as they are") << QByteArray() << QString() << QString() << false;
+        add("as they are", {}, {}, {}, false);
         row("an empty list in Chrome", roots.arg(u""_s), {}, {});
         row("a checksum at the end", roots.arg(u"{}"_s).chopped(1) + u",\"checksum\":\"0\"}"_s, {}, {});
         row("no list in Chrome", u"{\"roots\":{}}"_s, {}, u"replaced"_s);

@@ -2,6 +2,7 @@
 #include "platform/sqlite/DRDatabase.h"
 #include "tests/app/cli/DRPacketCheck.h"
 #include "tests/app/cli/DRProgramTest.h"
+#include "tests/support/DRTestTable.h"
 
 using namespace DRMigrateKeys;
 using namespace Qt::StringLiterals;
@@ -31,15 +32,13 @@ private:
 private Q_SLOTS:
     void everyEventArrives_data()
     {
-        QTest::addColumn<QByteArray>("zone");
-        QTest::addColumn<QString>("script"); // changes the phone's calendars
-        QTest::newRow("without summer time, a quarter past") << QByteArray("Asia/Kathmandu") << QString();
-        QTest::newRow("with summer time") << QByteArray("Europe/Berlin") << QString();
-        QTest::newRow("west of Greenwich") << QByteArray("America/St_Johns") << QString();
-        QTest::newRow("a phone without calendars") << QByteArray("UTC") << u"DELETE FROM Calendars"_s;
-        QTest::newRow("the first of two calendars")
-            << QByteArray("UTC")
-            << u"UPDATE Calendars SET _id = 7; INSERT INTO Calendars (_id, name) VALUES (3, 'a')"_s;
+        const DRTestTable<QByteArray, QString> row("zone", "script"); // script: changes the phone's calendars
+        row("without summer time, a quarter past", "Asia/Kathmandu", {});
+        row("with summer time", "Europe/Berlin", {});
+        row("west of Greenwich", "America/St_Johns", {});
+        row("a phone without calendars", "UTC", u"DELETE FROM Calendars"_s);
+        row("the first of two calendars", "UTC",
+            u"UPDATE Calendars SET _id = 7; INSERT INTO Calendars (_id, name) VALUES (3, 'a')"_s);
     }
 
     void everyEventArrives()
@@ -67,10 +66,9 @@ private Q_SLOTS:
 
     void damagedStoreIsNamed_data()
     {
-        QTest::addColumn<QString>("kinds");
-        QTest::addColumn<int>("code");
-        QTest::newRow("alone") << u"calendar"_s << 16;
-        QTest::newRow("among others") << u"calendar,notes"_s << 20;
+        const DRTestTable<QString, int> row("kinds", "code");
+        row("alone", u"calendar"_s, 16);
+        row("among others", u"calendar,notes"_s, 20);
     }
 
     void damagedStoreIsNamed()
@@ -85,10 +83,7 @@ private Q_SLOTS:
         const auto ended = run({u"transfer"_s, u"--yes"_s, u"--only"_s, kinds, u"--json"_s});
         QVERIFY2(ended.code == code, ended.out.constData());
         QVERIFY2(ended.out.contains("cannot be read"), ended.out.constData());
-        QFile kept(before);
-        QFile packet(check().packet(kCalendarPacket));
-        QVERIFY(kept.open(QIODevice::ReadOnly) && packet.open(QIODevice::ReadOnly));
-        QVERIFY(kept.readAll() == packet.readAll());
+        QVERIFY(readFile(before) == readFile(check().packet(kCalendarPacket)));
     }
 };
 

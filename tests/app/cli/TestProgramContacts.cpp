@@ -1,4 +1,5 @@
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "tests/app/cli/DRPacketCheck.h"
 #include "tests/app/cli/DRProgramTest.h"
 
 #include <QJsonArray>
@@ -11,12 +12,13 @@ class TestProgramContacts : public DRProgramTest {
     Q_OBJECT
 
 private:
+    [[nodiscard]] DRPacketCheck check() const { return {*m_sandbox, QStringLiteral(CHECK_CARDS)}; }
+
     /// The vCard file and the call log of a packet on the phone.
     QStringList filesOnPhone(const QString& packetID) const
     {
         const QString folder = m_sandbox->path(u"look/"_s + packetID);
-        const auto expanded = m_sandbox->run(
-            {u"packet"_s, u"expand"_s, m_sandbox->path(u"phone/packets/%1/fullbackupdata"_s.arg(packetID)), folder});
+        const auto expanded = m_sandbox->run({u"packet"_s, u"expand"_s, check().packet(packetID), folder});
         if (expanded.code != 0) {
             qWarning("%s", expanded.err.constData());
         }
@@ -27,14 +29,7 @@ private:
     /// What an independent reader misses in the files; empty when nothing is missing.
     [[nodiscard]] QByteArray missingIn(const QStringList& files) const
     {
-        const QDir backups(m_sandbox->path(u"backups"_s));
-        QProcess check;
-        check.start(QStringLiteral(PYTHON),
-                    QStringList{QStringLiteral(CHECK_CARDS),
-                                backups.filePath(backups.entryList(QDir::Dirs | QDir::NoDotAndDotDot).front())} +
-                        files);
-        const auto ended = DRProgramSandbox::wait(check);
-        return ended.code == 0 ? QByteArray() : "check: " + ended.out + ended.err;
+        return check().complaints(QStringList{check().backup()} + files);
     }
 
 private Q_SLOTS:

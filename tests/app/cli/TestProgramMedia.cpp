@@ -1,6 +1,7 @@
 #include "platform/sqlite/DRDatabase.h"
 #include "tests/app/cli/DRPacketCheck.h"
 #include "tests/app/cli/DRProgramTest.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QJsonArray>
 #include <QSet>
@@ -57,11 +58,8 @@ bool makeOlderLibrary(const DRProgramSandbox& sandbox)
 bool takeNames(const DRProgramSandbox& sandbox)
 {
     const DRPacketCheck check = checkOf(sandbox);
-    QFile same(check.stored(kNewerRoot + u"DCIM/100APPLE/IMG_0004.JPG"_s));
-    if (!same.open(QIODevice::ReadOnly)) {
-        return false;
-    }
-    sandbox.write(u"phone/storage/TarvexTransfer/Media/IMG_0004.JPG"_s, same.readAll());
+    sandbox.write(u"phone/storage/TarvexTransfer/Media/IMG_0004.JPG"_s,
+                  readFile(check.stored(kNewerRoot + u"DCIM/100APPLE/IMG_0004.JPG"_s)));
     sandbox.write(u"phone/storage/TarvexTransfer/Media/IMG_0001.JPG"_s, "another");
     sandbox.write(u"phone/storage/TarvexTransfer/Media/IMG_0001 (2).JPG"_s, "and another");
     sandbox.write(u"phone/storage/TarvexTransfer/Recordings/Besprechung \u2013 Zo\u00EB.m4a"_s, "another");
@@ -110,13 +108,10 @@ private:
     [[nodiscard]] bool prepare(Change change)
     {
         m_sandbox->copyTree(samplePath(u"music"_s), u"music"_s);
-        QFile library(samplePath(kLibrary));
-        if (!library.open(QIODevice::ReadOnly)) {
-            return false;
-        }
         const auto url = [](const QString& path) { return QUrl::toPercentEncoding(path, "/"); };
-        m_sandbox->write(kLibrary,
-                         library.readAll().replace(url(samplePath(u"music"_s)), url(m_sandbox->path(u"music"_s))));
+        m_sandbox->write(
+            kLibrary,
+            readFile(samplePath(kLibrary)).replace(url(samplePath(u"music"_s)), url(m_sandbox->path(u"music"_s))));
         if (!change(*m_sandbox) || !age(m_sandbox->path(u"backups"_s)) || !age(m_sandbox->path(u"music"_s))) {
             return false;
         }
@@ -153,21 +148,18 @@ private:
 private Q_SLOTS:
     void everythingArrives_data()
     {
-        QTest::addColumn<Change>("change");
-        QTest::addColumn<int>("code");
-        QTest::addColumn<QStringList>("skipped");
+        const DRTestTable<Change, int, QStringList> row("change", "code", "skipped");
         const Change none = [](const DRProgramSandbox&) { return true; };
         const Change oldPhone = [](const DRProgramSandbox& sandbox) {
             return writePhone(sandbox, R"({"androidBaseVersion": 2})");
         };
-        QTest::newRow("the sample") << none << 0 << QStringList();
-        QTest::newRow("on a phone that stumbles over notes in videos") << oldPhone << 0 << QStringList();
-        QTest::newRow("from the older photo library") << Change(makeOlderLibrary) << 0 << QStringList();
-        QTest::newRow("beside other files of the same names") << Change(takeNames) << 0 << QStringList();
-        QTest::newRow("but what is not there")
-            << Change(loseFiles) << 20
-            << QStringList{u"IMG_0012.JPG"_s, u"IMG_0033.MP4"_s, u"Besprechung \u2013 Zo\u00EB.m4a"_s,
-                           u"M\u00F6wenchor F\u00F6rde - Ankern"_s};
+        row("the sample", none, 0, {});
+        row("on a phone that stumbles over notes in videos", oldPhone, 0, {});
+        row("from the older photo library", Change(makeOlderLibrary), 0, {});
+        row("beside other files of the same names", Change(takeNames), 0, {});
+        row("but what is not there", Change(loseFiles), 20,
+            {u"IMG_0012.JPG"_s, u"IMG_0033.MP4"_s, u"Besprechung \u2013 Zo\u00EB.m4a"_s,
+             u"M\u00F6wenchor F\u00F6rde - Ankern"_s});
     }
 
     void everythingArrives()
@@ -202,6 +194,54 @@ private Q_SLOTS:
         QCOMPARE(runWithMusic(arguments + QStringList{u"--again"_s}).code, 0);
         const QByteArray found = complaints(u"after"_s);
         QVERIFY2(found.isEmpty(), found.constData());
+    }
+
+    void onlyWhatWasChosenIsCopiedAndMissed_data()
+    {
+        const DRTestTable<QString, QString> row("kind", "missing");
+        row("photos", u"photos"_s, u"IMG_0012.JPG"_s);
+        row("videos", u"videos"_s, u"IMG_0033.MP4"_s);
+    }
+
+    void onlyWhatWasChosenIsCopiedAndMissed()
+    {
+        QFETCH(const QString, kind);
+        QFETCH(const QString, missing);
+        QDir(m_sandbox->path(u"phone/storage"_s)).removeRecursively();
+        QVERIFY(prepare(loseFiles));
+        const auto ended = runWithMusic({u"transfer"_s, u"--yes"_s, u"--only"_s, kind});
+        const QJsonObject summary = ended.lines().last();
+        QCOMPARE(ended.code, 20);
+        QCOMPARE(summary[u"code"].toInt(), ended.code);
+        QCOMPARE(namesOfSkipped(summary), QSet<QString>{missing});
+        const QStringList names = QDir(m_sandbox->path(u"phone/storage/TarvexTransfer/Media"_s)).entryList(QDir::Files);
+        QVERIFY(!names.isEmpty());
+        QCOMPARE(summary[u"kinds"][u"images"][u"written"].toInt(), names.size());
+        for (const QString& name : names) {
+            const bool isVideo = QStringList{u"MOV"_s, u"MP4"_s}.contains(name.section(u'.', -1));
+            QVERIFY2(isVideo == (kind == u"videos"), qPrintable(name));
+        }
+    }
+
+    /// Where nothing could be written nothing counts as moved, and the next run is no repeat.
+    void failedCopyIsNoTransfer()
+    {
+        const QString folder = u"phone/storage/TarvexTransfer"_s;
+        QDir(m_sandbox->path(u"phone/storage"_s)).removeRecursively();
+        m_sandbox->write(folder, "in the way");
+        QVERIFY(prepare([](const DRProgramSandbox&) { return true; }));
+        const QStringList arguments{u"transfer"_s, u"--yes"_s, u"--only"_s, u"photos,voicememos"_s};
+        const auto failed = runWithMusic(arguments);
+        QCOMPARE(failed.code, 17);
+        const QJsonValue kinds = failed.lines().last()[u"kinds"];
+        QCOMPARE(kinds[u"images"][u"written"].toInt(), 0);
+        QCOMPARE(kinds[u"voicememos"][u"found"].toInt(), 8);
+        QCOMPARE(kinds[u"voicememos"][u"skipped"].toArray().size(), 1);
+
+        QVERIFY(QFile::remove(m_sandbox->path(folder)));
+        const auto moved = runWithMusic(arguments);
+        QCOMPARE(moved.code, 0);
+        QCOMPARE(moved.lines().last()[u"kinds"][u"voicememos"][u"written"].toInt(), 8);
     }
 
     void phoneThatIsTooSmallStaysAsItIs()

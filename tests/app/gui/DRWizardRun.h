@@ -5,6 +5,7 @@
 #include "app/gui/DRMigrateWizardWindow.h"
 #include "app/sample/DRSample.h"
 #include "tests/support/DRScreenshot.h"
+#include "tests/support/DRTestFiles.h"
 #include "wizard/DRMGSequence.h"
 #include "wizard/DRMGStepKeys.h"
 #include "wizard/steps/DRMGSequenceStepTransfer.h"
@@ -45,7 +46,6 @@ public:
                            "<key>Device Name</key><string>%1</string><key>Product Version</key><string>%2</string>"
                            "<key>Last Backup Date</key><date>2014-05-06T00:00:00Z</date></dict></plist>")
                 .arg(deviceName, version);
-        QDir().mkpath(folder);
         write(folder + QStringLiteral("/Info.plist"), description.toUtf8());
     }
 
@@ -59,12 +59,7 @@ public:
         write(file.fileName(), QJsonDocument(description).toJson());
     }
 
-    static void write(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        QCOMPARE(file.write(bytes), bytes.size());
-    }
+    static void write(const QString& path, const QByteArray& bytes) { QVERIFY(writeFile(path, bytes)); }
 
     DRMigrateStartupOptions options;
 

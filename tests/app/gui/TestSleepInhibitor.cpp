@@ -69,83 +69,77 @@ class TestSleepInhibitor : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanupTestCase();
-    void awakeWhileATransferRuns();
-    void releasedBeforeTheSystemAnswers();
-    void systemThatRefuses();
+    void initTestCase()
+    {
+        const QString program = QStandardPaths::findExecutable(u"dbus-daemon"_s);
+        if (program.isEmpty()) {
+            QSKIP("dbus-daemon is not installed");
+        }
+        m_bus.start(program, {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});
+        QVERIFY(m_bus.waitForReadyRead());
+        const QByteArray address = m_bus.readLine().trimmed();
+        QVERIFY(qputenv("DBUS_SYSTEM_BUS_ADDRESS", address));
+
+        QDBusConnection system = QDBusConnection::connectToBus(QString::fromUtf8(address), u"system"_s);
+        QVERIFY(system.registerObject(u"/org/freedesktop/login1"_s, &m_login, QDBusConnection::ExportAllSlots));
+        QVERIFY(system.registerService(u"org.freedesktop.login1"_s));
+        DRDarkStyle::applyToApplication();
+    }
+
+    void cleanupTestCase()
+    {
+        QDBusConnection::disconnectFromBus(u"system"_s);
+        m_bus.kill();
+        m_bus.waitForFinished();
+    }
+
+    void awakeWhileATransferRuns()
+    {
+        const DRWizardPlaces places;
+        const DRWizardRun run(places);
+        auto& transfer = run.step<DRMGSequenceStepTransfer>(DRMGStepKeys::kTransfer);
+        bool wasHeld = false;
+        connect(&transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, run.window.get(),
+                [&] { wasHeld = transfer.progressPhase() == Phase::TransferMedia ? m_login.isHeld() : wasHeld; });
+        run.click(u"next"_s);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
+        QVERIFY(m_login.requests().isEmpty());
+        run.click(u"next"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
+        QVERIFY(wasHeld);
+        QTRY_VERIFY(!m_login.isHeld());
+        QCOMPARE(m_login.requests().size(), 1);
+        QVERIFY(m_login.requests().front().startsWith(u"sleep:idle|"_s));
+        QVERIFY(m_login.requests().front().endsWith(u"|block"_s));
+    }
+
+    void releasedBeforeTheSystemAnswers()
+    {
+        const auto before = m_login.requests().size();
+        DRSleepInhibitor inhibitor;
+        inhibitor.inhibit(u"who"_s, u"why"_s);
+        inhibitor.inhibit(u"who"_s, u"why"_s);
+        inhibitor.release();
+        QTRY_COMPARE(m_login.requests().size(), before + 1);
+        QTRY_VERIFY(!m_login.isHeld());
+        inhibitor.inhibit(u"who"_s, u"why"_s);
+        QTRY_VERIFY(m_login.isHeld());
+    }
+
+    void systemThatRefuses()
+    {
+        QDBusConnection system(u"system"_s);
+        system.unregisterObject(u"/org/freedesktop/login1"_s);
+        DRSleepInhibitor inhibitor;
+        inhibitor.inhibit(u"who"_s, u"why"_s);
+        QTRY_VERIFY(inhibitor.findChildren<QObject*>().isEmpty()); // the answer has come
+        inhibitor.release();
+    }
 
 private:
     QProcess m_bus;
     Login m_login;
 };
-
-void TestSleepInhibitor::initTestCase()
-{
-    const QString program = QStandardPaths::findExecutable(u"dbus-daemon"_s);
-    if (program.isEmpty()) {
-        QSKIP("dbus-daemon is not installed");
-    }
-    m_bus.start(program, {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});
-    QVERIFY(m_bus.waitForReadyRead());
-    const QByteArray address = m_bus.readLine().trimmed();
-    QVERIFY(qputenv("DBUS_SYSTEM_BUS_ADDRESS", address));
-
-    QDBusConnection system = QDBusConnection::connectToBus(QString::fromUtf8(address), u"system"_s);
-    QVERIFY(system.registerObject(u"/org/freedesktop/login1"_s, &m_login, QDBusConnection::ExportAllSlots));
-    QVERIFY(system.registerService(u"org.freedesktop.login1"_s));
-    DRDarkStyle::applyToApplication();
-}
-
-void TestSleepInhibitor::cleanupTestCase()
-{
-    QDBusConnection::disconnectFromBus(u"system"_s);
-    m_bus.kill();
-    m_bus.waitForFinished();
-}
-
-void TestSleepInhibitor::awakeWhileATransferRuns()
-{
-    const DRWizardPlaces places;
-    const DRWizardRun run(places);
-    auto& transfer = run.step<DRMGSequenceStepTransfer>(DRMGStepKeys::kTransfer);
-    bool wasHeld = false;
-    connect(&transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, run.window.get(),
-            [&] { wasHeld = transfer.progressPhase() == Phase::TransferMedia ? m_login.isHeld() : wasHeld; });
-    run.click(u"next"_s);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
-    QVERIFY(m_login.requests().isEmpty());
-    run.click(u"next"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
-    QVERIFY(wasHeld);
-    QTRY_VERIFY(!m_login.isHeld());
-    QCOMPARE(m_login.requests().size(), 1);
-    QVERIFY(m_login.requests().front().startsWith(u"sleep:idle|"_s));
-    QVERIFY(m_login.requests().front().endsWith(u"|block"_s));
-}
-
-void TestSleepInhibitor::releasedBeforeTheSystemAnswers()
-{
-    const auto before = m_login.requests().size();
-    DRSleepInhibitor inhibitor;
-    inhibitor.inhibit(u"who"_s, u"why"_s);
-    inhibitor.inhibit(u"who"_s, u"why"_s);
-    inhibitor.release();
-    QTRY_COMPARE(m_login.requests().size(), before + 1);
-    QTRY_VERIFY(!m_login.isHeld());
-    inhibitor.inhibit(u"who"_s, u"why"_s);
-    QTRY_VERIFY(m_login.isHeld());
-}
-
-void TestSleepInhibitor::systemThatRefuses()
-{
-    QDBusConnection system(u"system"_s);
-    system.unregisterObject(u"/org/freedesktop/login1"_s);
-    DRSleepInhibitor inhibitor;
-    inhibitor.inhibit(u"who"_s, u"why"_s);
-    QTRY_VERIFY(inhibitor.findChildren<QObject*>().isEmpty()); // the answer has come
-    inhibitor.release();
-}
 
 QTEST_MAIN(TestSleepInhibitor)
 

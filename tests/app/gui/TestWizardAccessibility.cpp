@@ -137,194 +137,163 @@ class TestWizardAccessibility : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup();
+    void initTestCase()
+    {
+        DRDarkStyle::applyToApplication();
+        const QString folder = qEnvironmentVariable("MIGRATE_SCREENSHOTS");
+        if (!folder.isEmpty()) {
+            QVERIFY(QDir().mkpath(folder));
+            m_notes = QDir(folder).filePath(u"accessibility.txt"_s);
+            QFile::remove(m_notes);
+        }
+    }
 
-    void pages_data();
-    void pages();
-    void tickBoxes();
-    void listOfBackups();
-    void progress();
-    void explanationsByKeyboard_data();
-    void explanationsByKeyboard();
-    void pressingALink();
+    void cleanup() { QLocale::setDefault(m_usual); }
+
+    void pages_data()
+    {
+        QTest::addColumn<std::size_t>("page");
+        QTest::addColumn<QLocale>("locale");
+        for (std::size_t page = 0; page < allPages().size(); ++page) {
+            QTest::addRow("%s, English", allPages()[page].name) << page << QLocale(QLocale::English);
+            QTest::addRow("%s, German", allPages()[page].name) << page << QLocale(QLocale::German);
+        }
+    }
+
+    void pages()
+    {
+        QFETCH(const std::size_t, page);
+        QFETCH(const QLocale, locale);
+        QLocale::setDefault(locale);
+        DRWizardPlaces places;
+        allPages()[page].prepare(places);
+        const DRWizardRun run(places);
+        allPages()[page].drive(run);
+        QCOMPARE(run.pageKey(), allPages()[page].key);
+        QCoreApplication::processEvents();
+
+        const DRAccessibleTree tree(*run.window);
+        note(QString::fromLatin1(QTest::currentDataTag()), tree);
+        const QStringList faults = accessibilityFaults(tree, run);
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+        const auto headings = tree.ofRole(QAccessible::Heading);
+        QVERIFY(!headings.empty());
+        QCOMPARE(headings.front().name, run.migration->currentStep()->localizedTitle());
+        QCOMPARE(tree.elements().front().name, headings.front().name);
+
+        run.window->setFocus(); // Escape closes an open panel first
+        run.press(Qt::Key_Escape);
+        QCOMPARE(run.pageKey(), allPages()[page].afterEscape);
+        QCOMPARE(run.window->isVisible(), !allPages()[page].afterEscape.isEmpty());
+    }
+
+    void tickBoxes()
+    {
+        const DRWizardPlaces places;
+        const DRWizardRun run(places);
+        goToSelectData(run);
+        auto* const box = run.find(u"notes"_s);
+        QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(box);
+        QVERIFY(seen->role() == QAccessible::CheckBox && seen->state().checkable != 0);
+        QVERIFY(seen->state().checked != 0);
+        QAccessibleActionInterface* const actions = seen->actionInterface();
+        QVERIFY(actions != nullptr);
+        actions->doAction(QAccessibleActionInterface::toggleAction());
+        QVERIFY(seen->state().checked == 0);
+        QVERIFY(!run.migration->parameters().value<QStringList>(DRMGSequence::kSelectedTypes).contains(u"notes"_s));
+    }
+
+    void listOfBackups()
+    {
+        DRWizardPlaces places;
+        addAnotherBackup(places);
+        const DRWizardRun run(places);
+        goOn(run);
+        auto* const table = run.window->findChild<QTableWidget*>();
+        QAccessibleTableInterface* const seen = QAccessible::queryAccessibleInterface(table)->tableInterface();
+        QVERIFY(seen != nullptr);
+        QCOMPARE(seen->rowCount(), 2);
+        for (int column = 0; column < table->columnCount(); ++column) {
+            QCOMPARE(seen->columnDescription(column), table->horizontalHeaderItem(column)->text());
+            for (int row = 0; row < table->rowCount(); ++row) {
+                QAccessibleInterface* const cell = seen->cellAt(row, column);
+                QCOMPARE(cell->role(), QAccessible::Cell);
+                QVERIFY(cell->text(QAccessible::Name).startsWith(table->item(row, column)->text()));
+            }
+        }
+        run.press(Qt::Key_Down);
+        QCOMPARE(seen->selectedRows().size(), 1);
+    }
+
+    void explanationsByKeyboard_data()
+    {
+        QTest::addColumn<std::size_t>("page");
+        for (std::size_t page = 0; page < allPages().size(); ++page) {
+            if (allPages()[page].key == DRMGStepKeys::kWelcome || allPages()[page].key == DRMGStepKeys::kSelectBackup) {
+                QTest::addRow("%s", allPages()[page].name) << page;
+            }
+        }
+    }
+
+    /// The panel over a link opens with the focus, can be read to its end, and closes without leaving the page.
+    void explanationsByKeyboard()
+    {
+        QFETCH(const std::size_t, page);
+        DRWizardPlaces places;
+        allPages()[page].prepare(places);
+        const DRWizardRun run(places);
+        allPages()[page].drive(run);
+        int explained = 0;
+        for (int tabs = 0; tabs < kMostKeys; ++tabs) {
+            run.press(Qt::Key_Tab);
+            auto* const panel = run.find<DRMigrateTooltipWindowController>(QString());
+            if (panel == nullptr) {
+                continue;
+            }
+            ++explained;
+            QVERIFY(!QAccessible::queryAccessibleInterface(panel)->text(QAccessible::Name).isEmpty());
+            QScrollBar* const scrollBar = panel->textView().verticalScrollBar();
+            for (int times = 0; times < kMostKeys; ++times) {
+                run.press(Qt::Key_PageDown);
+            }
+            QCOMPARE(scrollBar->value(), scrollBar->maximum());
+            run.press(Qt::Key_Escape);
+            QVERIFY(!panel->isVisible());
+            QCOMPARE(run.pageKey(), allPages()[page].key);
+        }
+        QVERIFY(explained > 0);
+    }
+
+    void pressingALink()
+    {
+        DRWizardPlaces places;
+        agePhone(places);
+        const DRWizardRun run(places);
+        goOn(run);
+        const auto links = DRAccessibleTree(*run.window).ofRole(QAccessible::Link);
+        QCOMPARE(links.size(), std::size_t{1});
+        QSignalSpy pressed(run.migration.get(), &DRMGSequence::contactsSetupSelected);
+        QVERIFY(
+            QRect(run.window->mapToGlobal(QPoint(0, 0)), run.window->size()).contains(links.front().interface->rect()));
+        QAccessibleActionInterface* const actions = links.front().interface->actionInterface();
+        QVERIFY(actions != nullptr);
+        actions->doAction(QAccessibleActionInterface::pressAction());
+        QCOMPARE(pressed.size(), 1);
+    }
 
 private:
-    void note(const QString& page, const DRAccessibleTree& tree) const;
+    void note(const QString& page, const DRAccessibleTree& tree) const
+    {
+        QFile file(m_notes);
+        if (!m_notes.isEmpty()) {
+            QVERIFY(file.open(QIODevice::Append));
+            file.write((u"== "_s + page + u'\n' + tree.toText() + u'\n').toUtf8());
+        }
+    }
 
     QLocale m_usual;
     QString m_notes; ///< the file of the trees; empty when nobody wants it
 };
-
-void TestWizardAccessibility::initTestCase()
-{
-    DRDarkStyle::applyToApplication();
-    const QString folder = qEnvironmentVariable("MIGRATE_SCREENSHOTS");
-    if (!folder.isEmpty()) {
-        QVERIFY(QDir().mkpath(folder));
-        m_notes = QDir(folder).filePath(u"accessibility.txt"_s);
-        QFile::remove(m_notes);
-    }
-}
-
-void TestWizardAccessibility::cleanup()
-{
-    QLocale::setDefault(m_usual);
-}
-
-void TestWizardAccessibility::note(const QString& page, const DRAccessibleTree& tree) const
-{
-    QFile file(m_notes);
-    if (!m_notes.isEmpty()) {
-        QVERIFY(file.open(QIODevice::Append));
-        file.write((u"== "_s + page + u'\n' + tree.toText() + u'\n').toUtf8());
-    }
-}
-
-void TestWizardAccessibility::pages_data()
-{
-    QTest::addColumn<std::size_t>("page");
-    QTest::addColumn<QLocale>("locale");
-    for (std::size_t page = 0; page < allPages().size(); ++page) {
-        QTest::addRow("%s, English", allPages()[page].name) << page << QLocale(QLocale::English);
-        QTest::addRow("%s, German", allPages()[page].name) << page << QLocale(QLocale::German);
-    }
-}
-
-void TestWizardAccessibility::pages()
-{
-    QFETCH(const std::size_t, page);
-    QFETCH(const QLocale, locale);
-    QLocale::setDefault(locale);
-    DRWizardPlaces places;
-    allPages()[page].prepare(places);
-    const DRWizardRun run(places);
-    allPages()[page].drive(run);
-    QCOMPARE(run.pageKey(), allPages()[page].key);
-    QCoreApplication::processEvents();
-
-    const DRAccessibleTree tree(*run.window);
-    note(QString::fromLatin1(QTest::currentDataTag()), tree);
-    const QStringList faults = accessibilityFaults(tree, run);
-    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
-    const auto headings = tree.ofRole(QAccessible::Heading);
-    QVERIFY(!headings.empty());
-    QCOMPARE(headings.front().name, run.migration->currentStep()->localizedTitle());
-    QCOMPARE(tree.elements().front().name, headings.front().name);
-
-    run.window->setFocus(); // Escape closes an open panel first
-    run.press(Qt::Key_Escape);
-    QCOMPARE(run.pageKey(), allPages()[page].afterEscape);
-    QCOMPARE(run.window->isVisible(), !allPages()[page].afterEscape.isEmpty());
-}
-
-void TestWizardAccessibility::tickBoxes()
-{
-    const DRWizardPlaces places;
-    const DRWizardRun run(places);
-    goToSelectData(run);
-    auto* const box = run.find(u"notes"_s);
-    QAccessibleInterface* const seen = QAccessible::queryAccessibleInterface(box);
-    QVERIFY(seen->role() == QAccessible::CheckBox && seen->state().checkable != 0);
-    QVERIFY(seen->state().checked != 0);
-    QAccessibleActionInterface* const actions = seen->actionInterface();
-    QVERIFY(actions != nullptr);
-    actions->doAction(QAccessibleActionInterface::toggleAction());
-    QVERIFY(seen->state().checked == 0);
-    QVERIFY(!run.migration->parameters().value<QStringList>(DRMGSequence::kSelectedTypes).contains(u"notes"_s));
-}
-
-void TestWizardAccessibility::listOfBackups()
-{
-    DRWizardPlaces places;
-    addAnotherBackup(places);
-    const DRWizardRun run(places);
-    goOn(run);
-    auto* const table = run.window->findChild<QTableWidget*>();
-    QAccessibleTableInterface* const seen = QAccessible::queryAccessibleInterface(table)->tableInterface();
-    QVERIFY(seen != nullptr);
-    QCOMPARE(seen->rowCount(), 2);
-    for (int column = 0; column < table->columnCount(); ++column) {
-        QCOMPARE(seen->columnDescription(column), table->horizontalHeaderItem(column)->text());
-        for (int row = 0; row < table->rowCount(); ++row) {
-            QAccessibleInterface* const cell = seen->cellAt(row, column);
-            QCOMPARE(cell->role(), QAccessible::Cell);
-            QVERIFY(cell->text(QAccessible::Name).startsWith(table->item(row, column)->text()));
-        }
-    }
-    run.press(Qt::Key_Down);
-    QCOMPARE(seen->selectedRows().size(), 1);
-}
-
-void TestWizardAccessibility::progress()
-{
-    DRWizardPlaces places;
-    takePhoneAway(places);
-    const DRWizardRun run(places);
-    waitForTransfer(run);
-    const auto bars = DRAccessibleTree(*run.window).ofRole(QAccessible::ProgressBar);
-    QCOMPARE(bars.size(), std::size_t{1});
-    QAccessibleValueInterface* const value = bars.front().interface->valueInterface();
-    QVERIFY(value != nullptr);
-    QCOMPARE(value->currentValue().toInt(), 0);
-    QCOMPARE(value->minimumValue().toInt(), 0);
-    QVERIFY(value->maximumValue().toInt() > 0);
-}
-
-void TestWizardAccessibility::explanationsByKeyboard_data()
-{
-    QTest::addColumn<std::size_t>("page");
-    for (std::size_t page = 0; page < allPages().size(); ++page) {
-        if (allPages()[page].key == DRMGStepKeys::kWelcome || allPages()[page].key == DRMGStepKeys::kSelectBackup) {
-            QTest::addRow("%s", allPages()[page].name) << page;
-        }
-    }
-}
-
-/// The panel over a link opens with the focus, can be read to its end, and closes without leaving the page.
-void TestWizardAccessibility::explanationsByKeyboard()
-{
-    QFETCH(const std::size_t, page);
-    DRWizardPlaces places;
-    allPages()[page].prepare(places);
-    const DRWizardRun run(places);
-    allPages()[page].drive(run);
-    int explained = 0;
-    for (int tabs = 0; tabs < kMostKeys; ++tabs) {
-        run.press(Qt::Key_Tab);
-        auto* const panel = run.find<DRMigrateTooltipWindowController>(QString());
-        if (panel == nullptr) {
-            continue;
-        }
-        ++explained;
-        QVERIFY(!QAccessible::queryAccessibleInterface(panel)->text(QAccessible::Name).isEmpty());
-        QScrollBar* const scrollBar = panel->textView().verticalScrollBar();
-        for (int times = 0; times < kMostKeys; ++times) {
-            run.press(Qt::Key_PageDown);
-        }
-        QCOMPARE(scrollBar->value(), scrollBar->maximum());
-        run.press(Qt::Key_Escape);
-        QVERIFY(!panel->isVisible());
-        QCOMPARE(run.pageKey(), allPages()[page].key);
-    }
-    QVERIFY(explained > 0);
-}
-
-void TestWizardAccessibility::pressingALink()
-{
-    DRWizardPlaces places;
-    agePhone(places);
-    const DRWizardRun run(places);
-    goOn(run);
-    const auto links = DRAccessibleTree(*run.window).ofRole(QAccessible::Link);
-    QCOMPARE(links.size(), std::size_t{1});
-    QSignalSpy pressed(run.migration.get(), &DRMGSequence::contactsSetupSelected);
-    QVERIFY(QRect(run.window->mapToGlobal(QPoint(0, 0)), run.window->size()).contains(links.front().interface->rect()));
-    QAccessibleActionInterface* const actions = links.front().interface->actionInterface();
-    QVERIFY(actions != nullptr);
-    actions->doAction(QAccessibleActionInterface::pressAction());
-    QCOMPARE(pressed.size(), 1);
-}
 
 QTEST_MAIN(TestWizardAccessibility)
 

@@ -1,6 +1,5 @@
 #include "app/gui/DRWizardOptions.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -8,41 +7,31 @@ class TestWizardOptions : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void argumentsAreUnderstood_data();
-    void argumentsAreUnderstood();
+    void argumentsAreUnderstood_data()
+    {
+        const DRTestTable<QStringList, QString, QString, bool, bool> row("arguments", "backups", "phone", "isError",
+                                                                         "isHelp");
+        row("nothing typed", {}, u"/of/environment"_s, {}, false, false);
+        row("typed goes first", {u"--backups"_s, u"/b"_s, u"--phone=/p"_s}, u"/b"_s, u"/p"_s, false, false);
+        row("unknown option", {u"--backup-all"_s}, u"/of/environment"_s, {}, true, false);
+        row("value missing", {u"--phone"_s}, u"/of/environment"_s, {}, true, false);
+        row("too much", {u"transfer"_s}, u"/of/environment"_s, {}, true, false);
+        row("help", {u"--help"_s}, u"/of/environment"_s, {}, false, true);
+        row("version", {u"--version"_s}, u"/of/environment"_s, {}, false, true);
+    }
+
+    void argumentsAreUnderstood()
+    {
+        QFETCH(QStringList, arguments);
+        qputenv("PHONE_MIGRATE_BACKUPS", "/of/environment");
+        qunsetenv("PHONE_MIGRATE_PHONE");
+        const DRWizardOptions options = DRWizardOptions::parse(QStringList{u"phone-migrate-wizard"_s} + arguments);
+        QTEST(options.startup.backupsFolder, "backups");
+        QTEST(options.startup.phoneFolder, "phone");
+        QTEST(!options.error.isNull(), "isError");
+        QTEST(!options.help.isNull(), "isHelp");
+    }
 };
-
-void TestWizardOptions::argumentsAreUnderstood_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("backups");
-    QTest::addColumn<QString>("phone");
-    QTest::addColumn<bool>("isError");
-    QTest::addColumn<bool>("isHelp");
-    QTest::newRow("nothing typed") << QStringList() << u"/of/environment"_s << QString() << false << false;
-    QTest::newRow("typed goes first") << QStringList{u"--backups"_s, u"/b"_s, u"--phone=/p"_s} << u"/b"_s << u"/p"_s
-                                      << false << false;
-    QTest::newRow("unknown option") << QStringList{u"--backup-all"_s} << u"/of/environment"_s << QString() << true
-                                    << false;
-    QTest::newRow("value missing") << QStringList{u"--phone"_s} << u"/of/environment"_s << QString() << true << false;
-    QTest::newRow("too much") << QStringList{u"transfer"_s} << u"/of/environment"_s << QString() << true << false;
-    QTest::newRow("help") << QStringList{u"--help"_s} << u"/of/environment"_s << QString() << false << true;
-    QTest::newRow("version") << QStringList{u"--version"_s} << u"/of/environment"_s << QString() << false << true;
-}
-
-void TestWizardOptions::argumentsAreUnderstood()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(bool, isError);
-    QFETCH(bool, isHelp);
-    qputenv("PHONE_MIGRATE_BACKUPS", "/of/environment");
-    qunsetenv("PHONE_MIGRATE_PHONE");
-    const DRWizardOptions options = DRWizardOptions::parse(QStringList{u"phone-migrate-wizard"_s} + arguments);
-    QTEST(options.startup.backupsFolder, "backups");
-    QTEST(options.startup.phoneFolder, "phone");
-    QCOMPARE(!options.error.isNull(), isError);
-    QCOMPARE(!options.help.isNull(), isHelp);
-}
 
 QTEST_GUILESS_MAIN(TestWizardOptions)
 

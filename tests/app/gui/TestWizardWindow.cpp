@@ -2,6 +2,7 @@
 #include "platform/device/DRDCFilesystem.h"
 #include "platform/ui/DRDarkStyle.h"
 #include "tests/app/gui/DRWizardRun.h"
+#include "tests/support/DRTestTable.h"
 #include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
 #include "wizard/steps/DRMGSequenceStepSelectData.h"
 
@@ -44,311 +45,293 @@ public Q_SLOTS:
     void noteUrl(const QUrl& url) { m_opened.append(url); }
 
 private Q_SLOTS:
-    void initTestCase();
-    void init() { m_opened.clear(); }
-    void cleanupTestCase();
+    void initTestCase()
+    {
+        DRDarkStyle::applyToApplication();
+        for (const QString& scheme : {u"file"_s, u"https"_s}) {
+            QDesktopServices::setUrlHandler(scheme, this, "noteUrl");
+        }
+    }
 
-    void wholeRoadByKeyboard();
-    void wholeRoadByMouseAndOnceMore();
-    void severalBackups();
-    void nothingUsable_data();
-    void nothingUsable();
-    void phoneTooOld();
-    void phoneChosenOnTheWay();
-    void notEnoughSpace();
-    void failures_data();
-    void failures();
-    void closingWhileATransferRuns_data();
-    void closingWhileATransferRuns();
+    void init() { m_opened.clear(); }
+
+    void cleanupTestCase()
+    {
+        for (const QString& scheme : {u"file"_s, u"https"_s}) {
+            QDesktopServices::unsetUrlHandler(scheme);
+        }
+    }
+
+    void wholeRoadByKeyboard()
+    {
+        const DRWizardPlaces places;
+        const DRWizardRun run(places);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kWelcome);
+        QVERIFY(run.takeScreenshot(u"welcome"_s));
+
+        run.press(Qt::Key_Return);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
+        auto* const notes = run.find(u"notes"_s);
+        QVERIFY(notes != nullptr);
+        for (int tabs = 0; tabs < 20 && !notes->hasFocus(); ++tabs) {
+            run.press(Qt::Key_Tab);
+        }
+        QVERIFY(notes->hasFocus());
+        run.press(Qt::Key_Space);
+        QTRY_VERIFY_WITH_TIMEOUT(run.find(u"contacts"_s)->text().contains(QRegularExpression(u"[1-9]"_s)), kLongest);
+        QVERIFY(run.takeScreenshot(u"select-data"_s));
+
+        auto& transfer = run.step<DRMGSequenceStepTransfer>(DRMGStepKeys::kTransfer);
+        connect(&transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, run.window.get(), [&] {
+            if (transfer.progressPhase() == Phase::TransferMedia) {
+                QVERIFY(saveScreenshot(*run.window, u"transfer"_s));
+            }
+        });
+        run.press(Qt::Key_N, Qt::AltModifier);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
+        QCOMPARE(run.errorState(), ErrorState::Success);
+        QVERIFY(run.takeScreenshot(u"complete"_s));
+        QVERIFY(showsText(*run.window, u"Contacts and calls"_s));
+        QVERIFY2(!showsText(*run.window, u"Notes"_s), "the box of the notes was cleared");
+
+        run.press(Qt::Key_Return);
+        QVERIFY(!run.window->isVisible());
+    }
+
+    /// The second time, with the same backup and phone, the window asks first.
+    void wholeRoadByMouseAndOnceMore()
+    {
+        const DRWizardPlaces places;
+        {
+            const DRWizardRun first(places);
+            goToSelectData(first);
+            first.click(kNext);
+            QTRY_COMPARE_WITH_TIMEOUT(first.pageKey(), DRMGStepKeys::kComplete, kLongest);
+            QCOMPARE(first.errorState(), ErrorState::Success);
+            first.step<DRMGSequenceStepComplete>(DRMGStepKeys::kComplete).linkClicked(u"backup"_s);
+            QVERIFY(!first.window->isVisible());
+            QCOMPARE(m_opened.size(), 1);
+            QVERIFY(QDir(m_opened.front().toLocalFile()).exists());
+        }
+        const DRWizardRun second(places);
+        goToSelectData(second);
+        second.click(kNext);
+        QTRY_VERIFY_WITH_TIMEOUT(second.window->findChild<QMessageBox*>() != nullptr, kLongest);
+        auto* const question = second.window->findChild<QMessageBox*>();
+        QVERIFY(saveScreenshot(*question, u"repeat-question"_s));
+        QCOMPARE(second.pageKey(), DRMGStepKeys::kSelectData);
+        QTest::keyClick(question, Qt::Key_Escape);
+        QTRY_VERIFY(second.window->findChild<QMessageBox*>() == nullptr);
+        QCOMPARE(second.pageKey(), DRMGStepKeys::kSelectData);
+
+        second.click(kNext);
+        QTRY_VERIFY_WITH_TIMEOUT(second.window->findChild<QMessageBox*>() != nullptr, kLongest);
+        QTest::mouseClick(second.window->findChild<QMessageBox*>()->buttons().front(), Qt::LeftButton);
+        QTRY_COMPARE_WITH_TIMEOUT(second.pageKey(), DRMGStepKeys::kComplete, kLongest);
+        QCOMPARE(second.errorState(), ErrorState::Success);
+    }
+
+    void severalBackups()
+    {
+        const DRWizardPlaces places;
+        places.addBackup(u"Another iPhone"_s, u"6.1"_s);
+        places.addBackup(u"An old iPhone"_s, u"3.1"_s);
+        const DRWizardRun run(places);
+        run.press(Qt::Key_Return);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectBackup);
+        auto* const table = run.window->findChild<QTableWidget*>();
+        QVERIFY(table->hasFocus());
+        QCOMPARE(table->rowCount(), 3);
+        QVERIFY(!run.find(kNext)->isEnabled());
+
+        for (int row = 0; row < table->rowCount(); ++row) {
+            table->setCurrentCell(row, 0);
+            if (table->item(row, 0)->text() == u"An old iPhone") {
+                break;
+            }
+        }
+        QVERIFY(run.find(kNext)->isEnabled());
+        QVERIFY(run.takeScreenshot(u"select-backup"_s));
+        run.click(kNext);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kNewBackupNeeded);
+        QVERIFY(run.takeScreenshot(u"new-backup-needed-too-old"_s));
+
+        run.press(Qt::Key_Escape);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectBackup);
+        QVERIFY(table->selectedItems().isEmpty());
+        run.press(Qt::Key_Escape);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kWelcome);
+    }
+
+    void nothingUsable_data()
+    {
+        const DRTestTable<QString> row("version"); // version: of the only backup; empty for no backup
+        row("no-backup", {});
+        row("too-old", u"3.0"_s);
+    }
+
+    /// Another folder with a backup leads on.
+    void nothingUsable()
+    {
+        QFETCH(QString, version);
+        DRWizardPlaces places;
+        const QString usable = std::exchange(places.options.backupsFolder, places.path(u"elsewhere"_s));
+        if (!version.isEmpty()) {
+            places.addBackup(u"iPhone"_s, version);
+        }
+        const DRWizardRun run(places);
+        run.click(kNext);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kNewBackupNeeded);
+        QVERIFY(run.takeScreenshot(u"new-backup-needed-"_s + QString::fromLatin1(QTest::currentDataTag())));
+        run.click(kNext);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kNewBackupNeeded);
+
+        run.click(u"wizard_choose_backups_folder"_s);
+        auto* const dialog = run.window->findChild<QFileDialog*>();
+        QVERIFY(dialog != nullptr);
+        Q_EMIT dialog->fileSelected(usable);
+        dialog->close();
+        QVERIFY(showsText(*run.window, QDir::toNativeSeparators(usable)));
+        run.click(kNext);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
+    }
+
+    void phoneTooOld()
+    {
+        const DRWizardPlaces places;
+        places.describePhone(u"androidBaseVersion"_s, 1);
+        const DRWizardRun run(places);
+        run.click(kNext);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kPhoneIncompatible);
+        QVERIFY(!run.find(kNext)->isEnabled());
+        QVERIFY(run.takeScreenshot(u"phone-incompatible"_s));
+        run.step<DRMGSequenceStep>(DRMGStepKeys::kPhoneIncompatible).linkClicked(u"ContactsSetup"_s);
+        QVERIFY(!run.window->isVisible());
+        QCOMPARE(m_opened, QList<QUrl>{QUrl(run.migration->context().supportAddress)});
+    }
+
+    void phoneChosenOnTheWay()
+    {
+        DRWizardPlaces places;
+        const QString phone = std::exchange(places.options.phoneFolder, QString());
+        const DRWizardRun run(places);
+        goToSelectData(run);
+        run.click(kNext);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kConnectPhone, kLongest);
+        QVERIFY(run.takeScreenshot(u"connect-phone"_s));
+
+        run.window->usePhone(places.options.backupsFolder);
+        auto* const box = run.window->findChild<QMessageBox*>();
+        QVERIFY2(box != nullptr, "a folder without a phone");
+        box->close();
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kConnectPhone);
+        run.window->usePhone(phone);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
+        QCOMPARE(run.errorState(), ErrorState::Success);
+    }
+
+    void notEnoughSpace()
+    {
+        const DRWizardPlaces places;
+        {
+            const DRWizardRun roomy(places);
+            auto& storage = roomy.startup.services().deviceController.activeDevice()->preferredFilesystem();
+            const quint64 used = storage.memoryUsableCapacity() - storage.memoryFreeBytes();
+            places.describePhone(u"memoryUsableCapacity"_s, static_cast<qint64>(used + 4096));
+        }
+        const DRWizardRun run(places);
+        goToSelectData(run);
+        run.click(kNext);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kMemoryWarning, kLongest);
+        QVERIFY(!run.find(kNext)->isEnabled());
+        QVERIFY(run.takeScreenshot(u"memory-warning-full"_s));
+        for (const QString& key : DRMGSelection::mediaKeys()) {
+            run.click(key);
+        }
+        QVERIFY(run.find(kNext)->isEnabled());
+        QVERIFY(run.takeScreenshot(u"memory-warning-clear"_s));
+        run.click(kNext); // the voice memos have no box here, and are too much
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kMemoryWarning);
+        QVERIFY(run.takeScreenshot(u"memory-warning-stays"_s));
+        run.click(kCancel);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
+        QVERIFY(!run.find(DRMigrateKeys::kMusic)->isChecked());
+    }
+
+    void failures_data()
+    {
+        // broken: a path of the phone that becomes an unreadable file
+        const DRTestTable<QString, ErrorState> row("broken", "errorState");
+        row("before the phone is written", u"packets"_s, ErrorState::BackupFailed);
+        row("while files are copied", u"storage"_s, ErrorState::RestoreFailed);
+    }
+
+    void failures()
+    {
+        QFETCH(QString, broken);
+        QFETCH(ErrorState, errorState);
+        const DRWizardPlaces places;
+        const QString path = QDir(places.options.phoneFolder).filePath(broken);
+        if (broken == u"storage") {
+            QVERIFY(QDir(path).removeRecursively());
+            places.write(path, "not a folder");
+        } else {
+            for (const QString& packet : QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+                places.write(path + u'/' + packet + u"/fullbackupdata"_s, "not a packet");
+            }
+        }
+        const DRWizardRun run(places);
+        goToSelectData(run);
+        run.click(kNext);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
+        QCOMPARE(run.errorState(), errorState);
+        QVERIFY(!run.find(kCancel));
+        QVERIFY(run.takeScreenshot(u"complete-failed-"_s + QString::number(static_cast<int>(errorState))));
+        run.step<DRMGSequenceStepComplete>(DRMGStepKeys::kComplete).linkClicked(u"vorn"_s);
+        QCOMPARE(m_opened, QList<QUrl>{QUrl(run.migration->context().supportAddress)});
+    }
+
+    void closingWhileATransferRuns_data()
+    {
+        const DRTestTable<int, QString> row("button", "endsOn"); // button: of the question
+        row("stop", 0, {});
+        row("continue", 1, DRMGStepKeys::kComplete);
+    }
+
+    void closingWhileATransferRuns()
+    {
+        QFETCH(int, button);
+        QFETCH(QString, endsOn);
+        const DRWizardPlaces places;
+        const DRWizardRun run(places);
+        auto& transfer = run.step<DRMGSequenceStepTransfer>(DRMGStepKeys::kTransfer);
+        bool hasAsked = false;
+        connect(&transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, run.window.get(), [&] {
+            if (transfer.progressPhase() == Phase::Load) {
+                QVERIFY(!run.window->close());
+                auto* const question = run.window->findChild<QMessageBox*>();
+                QVERIFY(question != nullptr);
+                QVERIFY(saveScreenshot(*question, u"close-question"_s));
+                hasAsked = true;
+                question->buttons().at(button)->click();
+            }
+        });
+        goToSelectData(run);
+        run.click(kNext);
+        QTRY_VERIFY_WITH_TIMEOUT(hasAsked, kLongest);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), endsOn, kLongest);
+        QCOMPARE(run.window->isVisible(), !endsOn.isEmpty());
+    }
 
 private:
-    static void goToSelectData(const DRWizardRun& run);
+    static void goToSelectData(const DRWizardRun& run)
+    {
+        run.click(kNext);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
+    }
 
     QList<QUrl> m_opened;
 };
-
-void TestWizardWindow::initTestCase()
-{
-    DRDarkStyle::applyToApplication();
-    for (const QString& scheme : {u"file"_s, u"https"_s}) {
-        QDesktopServices::setUrlHandler(scheme, this, "noteUrl");
-    }
-}
-
-void TestWizardWindow::cleanupTestCase()
-{
-    for (const QString& scheme : {u"file"_s, u"https"_s}) {
-        QDesktopServices::unsetUrlHandler(scheme);
-    }
-}
-
-void TestWizardWindow::goToSelectData(const DRWizardRun& run)
-{
-    run.click(kNext);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
-}
-
-void TestWizardWindow::wholeRoadByKeyboard()
-{
-    const DRWizardPlaces places;
-    const DRWizardRun run(places);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kWelcome);
-    QVERIFY(run.takeScreenshot(u"welcome"_s));
-
-    run.press(Qt::Key_Return);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
-    auto* const notes = run.find(u"notes"_s);
-    QVERIFY(notes != nullptr);
-    for (int tabs = 0; tabs < 20 && !notes->hasFocus(); ++tabs) {
-        run.press(Qt::Key_Tab);
-    }
-    QVERIFY(notes->hasFocus());
-    run.press(Qt::Key_Space);
-    QTRY_VERIFY_WITH_TIMEOUT(run.find(u"contacts"_s)->text().contains(QRegularExpression(u"[1-9]"_s)), kLongest);
-    QVERIFY(run.takeScreenshot(u"select-data"_s));
-
-    auto& transfer = run.step<DRMGSequenceStepTransfer>(DRMGStepKeys::kTransfer);
-    connect(&transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, run.window.get(), [&] {
-        if (transfer.progressPhase() == Phase::TransferMedia) {
-            QVERIFY(saveScreenshot(*run.window, u"transfer"_s));
-        }
-    });
-    run.press(Qt::Key_N, Qt::AltModifier);
-    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
-    QCOMPARE(run.errorState(), ErrorState::Success);
-    QVERIFY(run.takeScreenshot(u"complete"_s));
-    QVERIFY(showsText(*run.window, u"Contacts and calls"_s));
-    QVERIFY2(!showsText(*run.window, u"Notes"_s), "the box of the notes was cleared");
-
-    run.press(Qt::Key_Return);
-    QVERIFY(!run.window->isVisible());
-}
-
-/// The second time, with the same backup and phone, the window asks first.
-void TestWizardWindow::wholeRoadByMouseAndOnceMore()
-{
-    const DRWizardPlaces places;
-    {
-        const DRWizardRun first(places);
-        goToSelectData(first);
-        first.click(kNext);
-        QTRY_COMPARE_WITH_TIMEOUT(first.pageKey(), DRMGStepKeys::kComplete, kLongest);
-        QCOMPARE(first.errorState(), ErrorState::Success);
-        first.step<DRMGSequenceStepComplete>(DRMGStepKeys::kComplete).linkClicked(u"backup"_s);
-        QVERIFY(!first.window->isVisible());
-        QCOMPARE(m_opened.size(), 1);
-        QVERIFY(QDir(m_opened.front().toLocalFile()).exists());
-    }
-    const DRWizardRun second(places);
-    goToSelectData(second);
-    second.click(kNext);
-    QTRY_VERIFY_WITH_TIMEOUT(second.window->findChild<QMessageBox*>() != nullptr, kLongest);
-    auto* const question = second.window->findChild<QMessageBox*>();
-    QVERIFY(saveScreenshot(*question, u"repeat-question"_s));
-    QCOMPARE(second.pageKey(), DRMGStepKeys::kSelectData);
-    QTest::keyClick(question, Qt::Key_Escape);
-    QTRY_VERIFY(second.window->findChild<QMessageBox*>() == nullptr);
-    QCOMPARE(second.pageKey(), DRMGStepKeys::kSelectData);
-
-    second.click(kNext);
-    QTRY_VERIFY_WITH_TIMEOUT(second.window->findChild<QMessageBox*>() != nullptr, kLongest);
-    QTest::mouseClick(second.window->findChild<QMessageBox*>()->buttons().front(), Qt::LeftButton);
-    QTRY_COMPARE_WITH_TIMEOUT(second.pageKey(), DRMGStepKeys::kComplete, kLongest);
-    QCOMPARE(second.errorState(), ErrorState::Success);
-}
-
-void TestWizardWindow::severalBackups()
-{
-    const DRWizardPlaces places;
-    places.addBackup(u"Another iPhone"_s, u"6.1"_s);
-    places.addBackup(u"An old iPhone"_s, u"3.1"_s);
-    const DRWizardRun run(places);
-    run.press(Qt::Key_Return);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectBackup);
-    auto* const table = run.window->findChild<QTableWidget*>();
-    QVERIFY(table->hasFocus());
-    QCOMPARE(table->rowCount(), 3);
-    QVERIFY(!run.find(kNext)->isEnabled());
-
-    for (int row = 0; row < table->rowCount(); ++row) {
-        table->setCurrentCell(row, 0);
-        if (table->item(row, 0)->text() == u"An old iPhone") {
-            break;
-        }
-    }
-    QVERIFY(run.find(kNext)->isEnabled());
-    QVERIFY(run.takeScreenshot(u"select-backup"_s));
-    run.click(kNext);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kNewBackupNeeded);
-    QVERIFY(run.takeScreenshot(u"new-backup-needed-too-old"_s));
-
-    run.press(Qt::Key_Escape);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectBackup);
-    QVERIFY(table->selectedItems().isEmpty());
-    run.press(Qt::Key_Escape);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kWelcome);
-}
-
-void TestWizardWindow::nothingUsable_data()
-{
-    QTest::addColumn<QString>("version"); // of the only backup; empty for no backup
-    QTest::newRow("no-backup") << QString();
-    QTest::newRow("too-old") << u"3.0"_s;
-}
-
-/// Another folder with a backup leads on.
-void TestWizardWindow::nothingUsable()
-{
-    QFETCH(QString, version);
-    DRWizardPlaces places;
-    const QString usable = std::exchange(places.options.backupsFolder, places.path(u"elsewhere"_s));
-    if (!version.isEmpty()) {
-        places.addBackup(u"iPhone"_s, version);
-    }
-    const DRWizardRun run(places);
-    run.click(kNext);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kNewBackupNeeded);
-    QVERIFY(run.takeScreenshot(u"new-backup-needed-"_s + QString::fromLatin1(QTest::currentDataTag())));
-    run.click(kNext);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kNewBackupNeeded);
-
-    run.click(u"wizard_choose_backups_folder"_s);
-    auto* const dialog = run.window->findChild<QFileDialog*>();
-    QVERIFY(dialog != nullptr);
-    Q_EMIT dialog->fileSelected(usable);
-    dialog->close();
-    QVERIFY(showsText(*run.window, QDir::toNativeSeparators(usable)));
-    run.click(kNext);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
-}
-
-void TestWizardWindow::phoneTooOld()
-{
-    const DRWizardPlaces places;
-    places.describePhone(u"androidBaseVersion"_s, 1);
-    const DRWizardRun run(places);
-    run.click(kNext);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kPhoneIncompatible);
-    QVERIFY(!run.find(kNext)->isEnabled());
-    QVERIFY(run.takeScreenshot(u"phone-incompatible"_s));
-    run.step<DRMGSequenceStep>(DRMGStepKeys::kPhoneIncompatible).linkClicked(u"ContactsSetup"_s);
-    QVERIFY(!run.window->isVisible());
-    QCOMPARE(m_opened, QList<QUrl>{QUrl(run.migration->context().supportAddress)});
-}
-
-void TestWizardWindow::phoneChosenOnTheWay()
-{
-    DRWizardPlaces places;
-    const QString phone = std::exchange(places.options.phoneFolder, QString());
-    const DRWizardRun run(places);
-    goToSelectData(run);
-    run.click(kNext);
-    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kConnectPhone, kLongest);
-    QVERIFY(run.takeScreenshot(u"connect-phone"_s));
-
-    run.window->usePhone(places.options.backupsFolder);
-    auto* const box = run.window->findChild<QMessageBox*>();
-    QVERIFY2(box != nullptr, "a folder without a phone");
-    box->close();
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kConnectPhone);
-    run.window->usePhone(phone);
-    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
-    QCOMPARE(run.errorState(), ErrorState::Success);
-}
-
-void TestWizardWindow::notEnoughSpace()
-{
-    const DRWizardPlaces places;
-    {
-        const DRWizardRun roomy(places);
-        auto& storage = roomy.startup.services().deviceController.activeDevice()->preferredFilesystem();
-        const quint64 used = storage.memoryUsableCapacity() - storage.memoryFreeBytes();
-        places.describePhone(u"memoryUsableCapacity"_s, static_cast<qint64>(used + 4096));
-    }
-    const DRWizardRun run(places);
-    goToSelectData(run);
-    run.click(kNext);
-    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kMemoryWarning, kLongest);
-    QVERIFY(!run.find(kNext)->isEnabled());
-    QVERIFY(run.takeScreenshot(u"memory-warning-full"_s));
-    for (const QString& key : DRMGSelection::mediaKeys()) {
-        run.click(key);
-    }
-    QVERIFY(run.find(kNext)->isEnabled());
-    QVERIFY(run.takeScreenshot(u"memory-warning-clear"_s));
-    run.click(kNext); // the voice memos have no box here, and are too much
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kMemoryWarning);
-    QVERIFY(run.takeScreenshot(u"memory-warning-stays"_s));
-    run.click(kCancel);
-    QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
-    QVERIFY(!run.find(DRMigrateKeys::kMusic)->isChecked());
-}
-
-void TestWizardWindow::failures_data()
-{
-    QTest::addColumn<QString>("broken"); // a path of the phone that becomes an unreadable file
-    QTest::addColumn<ErrorState>("errorState");
-    QTest::newRow("before the phone is written") << u"packets"_s << ErrorState::BackupFailed;
-    QTest::newRow("while files are copied") << u"storage"_s << ErrorState::RestoreFailed;
-}
-
-void TestWizardWindow::failures()
-{
-    QFETCH(QString, broken);
-    QFETCH(ErrorState, errorState);
-    const DRWizardPlaces places;
-    const QString path = QDir(places.options.phoneFolder).filePath(broken);
-    if (broken == u"storage") {
-        QVERIFY(QDir(path).removeRecursively());
-        places.write(path, "not a folder");
-    } else {
-        for (const QString& packet : QDir(path).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-            places.write(path + u'/' + packet + u"/fullbackupdata"_s, "not a packet");
-        }
-    }
-    const DRWizardRun run(places);
-    goToSelectData(run);
-    run.click(kNext);
-    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kComplete, kLongest);
-    QCOMPARE(run.errorState(), errorState);
-    QVERIFY(!run.find(kCancel));
-    QVERIFY(run.takeScreenshot(u"complete-failed-"_s + QString::number(static_cast<int>(errorState))));
-    run.step<DRMGSequenceStepComplete>(DRMGStepKeys::kComplete).linkClicked(u"vorn"_s);
-    QCOMPARE(m_opened, QList<QUrl>{QUrl(run.migration->context().supportAddress)});
-}
-
-void TestWizardWindow::closingWhileATransferRuns_data()
-{
-    QTest::addColumn<int>("button"); // of the question
-    QTest::addColumn<QString>("endsOn");
-    QTest::newRow("stop") << 0 << QString();
-    QTest::newRow("continue") << 1 << DRMGStepKeys::kComplete;
-}
-
-void TestWizardWindow::closingWhileATransferRuns()
-{
-    QFETCH(int, button);
-    QFETCH(QString, endsOn);
-    const DRWizardPlaces places;
-    const DRWizardRun run(places);
-    auto& transfer = run.step<DRMGSequenceStepTransfer>(DRMGStepKeys::kTransfer);
-    bool hasAsked = false;
-    connect(&transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, run.window.get(), [&] {
-        if (transfer.progressPhase() == Phase::Load) {
-            QVERIFY(!run.window->close());
-            auto* const question = run.window->findChild<QMessageBox*>();
-            QVERIFY(question != nullptr);
-            QVERIFY(saveScreenshot(*question, u"close-question"_s));
-            hasAsked = true;
-            question->buttons().at(button)->click();
-        }
-    });
-    goToSelectData(run);
-    run.click(kNext);
-    QTRY_VERIFY_WITH_TIMEOUT(hasAsked, kLongest);
-    QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), endsOn, kLongest);
-    QCOMPARE(run.window->isVisible(), !endsOn.isEmpty());
-}
 
 QTEST_MAIN(TestWizardWindow)
 

@@ -1,25 +1,17 @@
-#include "app/sample/DRSample.h"
 #include "app/sample/DRSampleManifest.h"
 #include "model/packet/DRMigratePacketCodec.h"
-#include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestClock.h"
+#include "tests/app/sample/DRSampleFixture.h"
+#include "tests/support/DRTestFiles.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QDir>
 #include <QDirIterator>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-QByteArray bytesOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 QByteArray sha1(const QByteArray& bytes)
 {
@@ -33,7 +25,7 @@ QMap<QString, QByteArray> filesBelow(const QString& folder)
     QDirIterator walk(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
     while (walk.hasNext()) {
         const QString path = walk.next();
-        files[QDir(folder).relativeFilePath(path)] = bytesOf(path);
+        files[QDir(folder).relativeFilePath(path)] = readFile(path);
     }
     return files;
 }
@@ -78,17 +70,6 @@ QList<ManifestEntry> decodedManifest(const QByteArray& bytes)
     return stream.status() == QDataStream::Ok ? entries : QList<ManifestEntry>();
 }
 
-/// The first column of the query's rows, joined by "|".
-QString answer(DRDatabase& database, const QString& sql)
-{
-    auto rows = database.executeQuery(sql);
-    QStringList values;
-    while (rows.next()) {
-        values += rows.isNullAt(0) ? u"NULL"_s : rows.stringAt(0);
-    }
-    return rows.hasFailed() ? u"failed: "_s + database.lastErrorMessage() : values.join(u'|');
-}
-
 const QStringList kPacketIds{
     u"com.android.browser"_s,
     u"com.android.chrome"_s,
@@ -104,29 +85,22 @@ const QStringList kPacketIds{
 class TestSample : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
-    DRTestClock m_clock;
-    DRSampleResult m_sample;
+    const DRSampleFixture m_sample{1};
 
     [[nodiscard]] QString expanded(const QString& packetId) const
     {
-        return m_folder.filePath(u"expanded/"_s + packetId + u"/apps/"_s + packetId);
+        return m_sample.folder.filePath(u"expanded/"_s + packetId + u"/apps/"_s + packetId);
     }
-    [[nodiscard]] QString backedUp(const QByteArray& name) const
-    {
-        return m_sample.backupFolder + u'/' + QString::fromLatin1(sha1(name).toHex());
-    }
-    [[nodiscard]] QString notesDatabase() const { return backedUp("HomeDomain-Library/Notes/notes.sqlite"); }
+    [[nodiscard]] QString notesDatabase() const { return m_sample.stored(u"HomeDomain-Library/Notes/notes.sqlite"_s); }
 
 private Q_SLOTS:
     void initTestCase()
     {
-        m_sample = writeSample(m_folder.filePath(u"sample"_s), 1, m_clock);
-        QVERIFY2(m_sample.isWritten, qPrintable(m_sample.message));
         for (const QString& packetId : kPacketIds) {
-            const QString packet = m_sample.phoneFolder + u"/packets/"_s + packetId + u"/fullbackupdata"_s;
-            QVERIFY2(DRMigrateUtils::expandAndroidBackupPacket(packet, m_folder.filePath(u"expanded/"_s + packetId)),
-                     qPrintable(packet));
+            const QString packet = m_sample.made.phoneFolder + u"/packets/"_s + packetId + u"/fullbackupdata"_s;
+            QVERIFY2(
+                DRMigrateUtils::expandAndroidBackupPacket(packet, m_sample.folder.filePath(u"expanded/"_s + packetId)),
+                qPrintable(packet));
         }
     }
 
@@ -155,7 +129,7 @@ private Q_SLOTS:
 
     void manifestListsExactlyTheFiles()
     {
-        const auto entries = decodedManifest(bytesOf(m_sample.backupFolder + u"/Manifest.mbdb"_s));
+        const auto entries = decodedManifest(readFile(m_sample.made.backupFolder + u"/Manifest.mbdb"_s));
         QVERIFY(!entries.isEmpty());
         QStringList listed{u"Info.plist"_s, u"Manifest.mbdb"_s, u"Manifest.plist"_s, u"Status.plist"_s};
         for (const ManifestEntry& entry : entries) {
@@ -164,81 +138,66 @@ private Q_SLOTS:
                 continue;
             }
             listed += QString::fromLatin1(sha1(entry.name).toHex());
-            const QByteArray content = bytesOf(m_sample.backupFolder + u'/' + listed.last());
+            const QByteArray content = readFile(m_sample.made.backupFolder + u'/' + listed.last());
             QCOMPARE(static_cast<quint64>(content.size()), entry.size);
             QCOMPARE(sha1(content).toHex(), entry.hash.toHex());
         }
         listed.sort();
-        QCOMPARE(filesBelow(m_sample.backupFolder).keys(), listed);
+        QCOMPARE(filesBelow(m_sample.made.backupFolder).keys(), listed);
     }
 
     void databasesAreSound_data()
     {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<int>("journal"); // 2: write-ahead log
+        const DRTestTable<QString, QString, int> row("path", "version", "journal"); // journal: 2: write-ahead log
         const auto phone = [this](const QString& id, const QString& name) { return expanded(id) + u"/db/"_s + name; };
-        QTest::newRow("iPhone notes") << notesDatabase() << u"0"_s << 2;
-        QTest::newRow("iPhone photos") << backedUp("CameraRollDomain-Media/PhotoData/Photos.sqlite") << u"0"_s << 2;
-        QTest::newRow("iPhone voice memos") << backedUp("MediaDomain-Media/Recordings/Recordings.db") << u"0"_s << 2;
-        QTest::newRow("notes") << phone(u"com.vornmobile.notes"_s, u"note.db"_s) << u"1"_s << 1;
-        QTest::newRow("telephony") << phone(u"com.android.providers.telephony"_s, u"mmssms.db"_s) << u"57"_s << 1;
-        QTest::newRow("calendar") << phone(u"com.android.providers.calendar"_s, u"calendar.db"_s) << u"403"_s << 1;
-        QTest::newRow("browser") << phone(u"com.android.browser"_s, u"browser2.db"_s) << u"32"_s << 2;
+        row("iPhone notes", notesDatabase(), u"0"_s, 2);
+        row("iPhone photos", m_sample.stored(u"CameraRollDomain-Media/PhotoData/Photos.sqlite"_s), u"0"_s, 2);
+        row("iPhone voice memos", m_sample.stored(u"MediaDomain-Media/Recordings/Recordings.db"_s), u"0"_s, 2);
+        row("notes", phone(u"com.vornmobile.notes"_s, u"note.db"_s), u"1"_s, 1);
+        row("telephony", phone(u"com.android.providers.telephony"_s, u"mmssms.db"_s), u"57"_s, 1);
+        row("calendar", phone(u"com.android.providers.calendar"_s, u"calendar.db"_s), u"403"_s, 1);
+        row("browser", phone(u"com.android.browser"_s, u"browser2.db"_s), u"32"_s, 2);
     }
 
     void databasesAreSound()
     {
         QFETCH(const QString, path);
-        QFETCH(const QString, version);
         QFETCH(const int, journal);
-        const QByteArray header = bytesOf(path).left(20);
+        const QByteArray header = readFile(path).left(20);
         QCOMPARE(header.size(), qsizetype{20});
         QCOMPARE(int{header[18]}, journal);
         QCOMPARE(int{header[19]}, journal);
-        auto database = DRDatabase::open(path, DRDatabase::Profile::Source);
-        QVERIFY(database);
-        QCOMPARE(answer(*database, u"PRAGMA integrity_check"_s), u"ok"_s);
-        QCOMPARE(answer(*database, u"PRAGMA user_version"_s), version);
+        QCOMPARE(DRSampleFixture::answer(path, u"PRAGMA integrity_check"_s), u"ok"_s);
+        QTEST(DRSampleFixture::answer(path, u"PRAGMA user_version"_s), "version");
     }
 
     void notesAreWhatAnIPhoneHolds_data()
     {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QString>("expected");
-        QTest::newRow("each with its body")
-            << u"SELECT COUNT(*) FROM ZNOTE JOIN ZNOTEBODY ON ZOWNER = ZNOTE.Z_PK AND ZBODY = ZNOTEBODY.Z_PK"_s
-            << u"200"_s;
-        QTest::newRow("one without dates")
-            << u"SELECT COUNT(*) FROM ZNOTE WHERE ZCREATIONDATE IS NULL AND ZMODIFICATIONDATE IS NULL"_s << u"1"_s;
+        const DRTestTable<QString, QString> row("sql", "expected");
+        row("each with its body",
+            u"SELECT COUNT(*) FROM ZNOTE JOIN ZNOTEBODY ON ZOWNER = ZNOTE.Z_PK AND ZBODY = ZNOTEBODY.Z_PK"_s, u"200"_s);
+        row("one without dates",
+            u"SELECT COUNT(*) FROM ZNOTE WHERE ZCREATIONDATE IS NULL AND ZMODIFICATIONDATE IS NULL"_s, u"1"_s);
         QTest::newRow("dates as reals, before the backup") // 2014-05-06 07:08:09 UTC
             << u"SELECT COUNT(*) FROM ZNOTE WHERE typeof(ZCREATIONDATE) = 'real' AND ZCREATIONDATE <= "
                u"ZMODIFICATIONDATE "
                "AND ZMODIFICATIONDATE < 1399360089 - 978307200"_s
             << u"199"_s;
-        QTest::newRow("a very long one") << u"SELECT COUNT(*) FROM ZNOTEBODY WHERE length(ZCONTENT) >= 90000"_s
-                                         << u"1"_s;
-        QTest::newRow("an empty one") << u"SELECT COUNT(*) FROM ZNOTEBODY WHERE ZCONTENT = ''"_s << u"1"_s;
-        QTest::newRow("a byte order mark")
-            << u"SELECT ZOWNER FROM ZNOTEBODY WHERE unicode(ZCONTENT) = 65279"_s << u"12"_s;
-        QTest::newRow("the next keys") << u"SELECT Z_MAX FROM Z_PRIMARYKEY WHERE Z_NAME IN ('Note', 'NoteBody')"_s
-                                       << u"200|200"_s;
+        row("a very long one", u"SELECT COUNT(*) FROM ZNOTEBODY WHERE length(ZCONTENT) >= 90000"_s, u"1"_s);
+        row("an empty one", u"SELECT COUNT(*) FROM ZNOTEBODY WHERE ZCONTENT = ''"_s, u"1"_s);
+        row("a byte order mark", u"SELECT ZOWNER FROM ZNOTEBODY WHERE unicode(ZCONTENT) = 65279"_s, u"12"_s);
+        row("the next keys", u"SELECT Z_MAX FROM Z_PRIMARYKEY WHERE Z_NAME IN ('Note', 'NoteBody')"_s, u"200|200"_s);
     }
 
     void notesAreWhatAnIPhoneHolds()
     {
         QFETCH(const QString, sql);
-        QFETCH(const QString, expected);
-        auto database = DRDatabase::open(notesDatabase(), DRDatabase::Profile::Source);
-        QVERIFY(database);
-        QCOMPARE(answer(*database, sql), expected);
+        QTEST(DRSampleFixture::answer(notesDatabase(), sql), "expected");
     }
 
     void telephonyTriggersKeepTheThreads_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QString>("expected");
+        const DRTestTable<QString, QString, QString> row("change", "sql", "expected");
         const QString sms = u"INSERT INTO sms (thread_id, type, read, body) VALUES (2, %1, %2, 'new');"_s;
         const QString pdu =
             u"INSERT INTO pdu (_id, thread_id, m_type, msg_box, sub, sub_cs) VALUES (90, 2, %1, %2, 'new', 106);"_s;
@@ -249,83 +208,73 @@ private Q_SLOTS:
         const QString attachment = u"SELECT has_attachment FROM threads WHERE _id = 2"_s;
         const QString error = u"SELECT error FROM threads WHERE _id = 2"_s;
         const QString pending = u"SELECT COUNT(*) FROM pending_msgs"_s;
-        QTest::newRow("received") << sms.arg(1).arg(1) << thread << u"new,0,3,1,1"_s;
-        QTest::newRow("unread") << sms.arg(1).arg(0) << thread << u"new,0,3,0,1"_s;
-        QTest::newRow("read later") << sms.arg(1).arg(0) + u"UPDATE sms SET read = 1"_s << thread << u"new,0,3,1,1"_s;
-        QTest::newRow("draft is not counted") << sms.arg(3).arg(1) << thread << u"new,0,2,1,1"_s;
-        QTest::newRow("kind received") << sms.arg(1).arg(1) << kind << u"1"_s;
-        QTest::newRow("kind draft") << sms.arg(3).arg(1) << kind << u"3"_s;
-        QTest::newRow("kind of type 0 is sent") << sms.arg(0).arg(1) << kind << u"2"_s;
-        QTest::newRow("multimedia unread by default") << pdu.arg(132).arg(1) << thread << u"new,106,3,0,1"_s;
-        QTest::newRow("multimedia draft") << pdu.arg(128).arg(3) << thread << u"new,106,2,0,1"_s;
-        QTest::newRow("delivery report") << pdu.arg(134).arg(1) << thread << u"Ja!,0,2,1,0"_s;
-        QTest::newRow("picture") << pdu.arg(132).arg(1) + part.arg(u"image/png"_s) << attachment << u"1"_s;
-        QTest::newRow("text is no attachment")
-            << pdu.arg(132).arg(1) + part.arg(u"text/plain"_s) << attachment << u"0"_s;
-        QTest::newRow("SMIL is no attachment")
-            << pdu.arg(132).arg(1) + part.arg(u"application/smil"_s) << attachment << u"0"_s;
-        QTest::newRow("picture removed") << pdu.arg(132).arg(1) + part.arg(u"image/png"_s) +
-                                                u"DELETE FROM part WHERE mid = 90"_s
-                                         << attachment << u"0"_s;
-        QTest::newRow("parts go with the message")
-            << pdu.arg(132).arg(1) + part.arg(u"image/png"_s) + u"DELETE FROM pdu WHERE _id = 90"_s
-            << u"SELECT COUNT(*) FROM part WHERE mid = 90"_s << u"0"_s;
-        QTest::newRow("snippet after deleting") << pdu.arg(132).arg(1) + u"DELETE FROM pdu WHERE _id = 90"_s
-                                                << u"SELECT snippet FROM threads WHERE _id = 2"_s << u"Ja!"_s;
-        QTest::newRow("failed text") << sms.arg(2).arg(1) + u"UPDATE sms SET type = 5 WHERE body = 'new'"_s << error
-                                     << u"1"_s;
-        QTest::newRow("failed, then sent")
-            << sms.arg(2).arg(1) +
-                   u"UPDATE sms SET type = 5 WHERE body = 'new'; UPDATE sms SET type = 2 WHERE body = 'new'"_s
-            << error << u"0"_s;
-        QTest::newRow("notification waits") << pdu.arg(130).arg(1) << pending << u"1"_s;
-        QTest::newRow("sent leaves the queue")
-            << pdu.arg(128).arg(1) + u"UPDATE pdu SET msg_box = 4 WHERE _id = 90;"_s +
-                   u"UPDATE pdu SET msg_box = 2 WHERE _id = 90"_s
-            << pending << u"0"_s;
-        QTest::newRow("failed multimedia")
-            << pdu.arg(130).arg(1) + u"UPDATE pending_msgs SET err_type = 10"_s << error << u"1"_s;
-        QTest::newRow("search index follows") << u"UPDATE sms SET body = 'quokka' WHERE _id = 4"_s
-                                              << u"SELECT source_id FROM words WHERE words MATCH 'quokka'"_s << u"4"_s;
-        QTest::newRow("search index forgets") << u"DELETE FROM sms"_s << u"SELECT COUNT(*) FROM words"_s << u"0"_s;
+        row("received", sms.arg(1).arg(1), thread, u"new,0,3,1,1"_s);
+        row("unread", sms.arg(1).arg(0), thread, u"new,0,3,0,1"_s);
+        row("read later", sms.arg(1).arg(0) + u"UPDATE sms SET read = 1"_s, thread, u"new,0,3,1,1"_s);
+        row("draft is not counted", sms.arg(3).arg(1), thread, u"new,0,2,1,1"_s);
+        row("kind received", sms.arg(1).arg(1), kind, u"1"_s);
+        row("kind draft", sms.arg(3).arg(1), kind, u"3"_s);
+        row("kind of type 0 is sent", sms.arg(0).arg(1), kind, u"2"_s);
+        row("multimedia unread by default", pdu.arg(132).arg(1), thread, u"new,106,3,0,1"_s);
+        row("multimedia draft", pdu.arg(128).arg(3), thread, u"new,106,2,0,1"_s);
+        row("delivery report", pdu.arg(134).arg(1), thread, u"Ja!,0,2,1,0"_s);
+        row("picture", pdu.arg(132).arg(1) + part.arg(u"image/png"_s), attachment, u"1"_s);
+        row("text is no attachment", pdu.arg(132).arg(1) + part.arg(u"text/plain"_s), attachment, u"0"_s);
+        row("SMIL is no attachment", pdu.arg(132).arg(1) + part.arg(u"application/smil"_s), attachment, u"0"_s);
+        row("picture removed", pdu.arg(132).arg(1) + part.arg(u"image/png"_s) + u"DELETE FROM part WHERE mid = 90"_s,
+            attachment, u"0"_s);
+        row("parts go with the message",
+            pdu.arg(132).arg(1) + part.arg(u"image/png"_s) + u"DELETE FROM pdu WHERE _id = 90"_s,
+            u"SELECT COUNT(*) FROM part WHERE mid = 90"_s, u"0"_s);
+        row("snippet after deleting", pdu.arg(132).arg(1) + u"DELETE FROM pdu WHERE _id = 90"_s,
+            u"SELECT snippet FROM threads WHERE _id = 2"_s, u"Ja!"_s);
+        row("failed text", sms.arg(2).arg(1) + u"UPDATE sms SET type = 5 WHERE body = 'new'"_s, error, u"1"_s);
+        row("failed, then sent",
+            sms.arg(2).arg(1) +
+                u"UPDATE sms SET type = 5 WHERE body = 'new'; UPDATE sms SET type = 2 WHERE body = 'new'"_s,
+            error, u"0"_s);
+        row("notification waits", pdu.arg(130).arg(1), pending, u"1"_s);
+        row("sent leaves the queue",
+            pdu.arg(128).arg(1) + u"UPDATE pdu SET msg_box = 4 WHERE _id = 90;"_s +
+                u"UPDATE pdu SET msg_box = 2 WHERE _id = 90"_s,
+            pending, u"0"_s);
+        row("failed multimedia", pdu.arg(130).arg(1) + u"UPDATE pending_msgs SET err_type = 10"_s, error, u"1"_s);
+        row("search index follows", u"UPDATE sms SET body = 'quokka' WHERE _id = 4"_s,
+            u"SELECT source_id FROM words WHERE words MATCH 'quokka'"_s, u"4"_s);
+        row("search index forgets", u"DELETE FROM sms"_s, u"SELECT COUNT(*) FROM words"_s, u"0"_s);
     }
 
     void telephonyTriggersKeepTheThreads()
     {
         QFETCH(const QString, change);
         QFETCH(const QString, sql);
-        QFETCH(const QString, expected);
         const QTemporaryDir folder;
         const QString copy = folder.filePath(u"mmssms.db"_s);
         QVERIFY(QFile::copy(expanded(u"com.android.providers.telephony"_s) + u"/db/mmssms.db"_s, copy));
         auto database = DRDatabase::open(copy, DRDatabase::Profile::Phone);
         QVERIFY(database);
         QVERIFY2(database->executeScript(change), qPrintable(database->lastErrorMessage()));
-        QCOMPARE(answer(*database, sql), expected);
+        QTEST(DRSampleFixture::answer(*database, sql), "expected");
     }
 
     void packetsHoldTheirFiles_data()
     {
-        QTest::addColumn<QString>("packetId");
-        QTest::addColumn<QStringList>("files");
+        const DRTestTable<QString, QStringList> row("packetId", "files");
         const QStringList contacts{u"_manifest"_s, u"f/TempCallLogs"_s, u"f/full_backup_vcard.vcf"_s};
-        QTest::newRow("browser") << kPacketIds[0] << QStringList{u"_manifest"_s, u"db/browser2.db"_s};
-        QTest::newRow("chrome") << kPacketIds[1] << QStringList{u"_manifest"_s, u"r/app_chrome/Default/Bookmarks"_s};
-        QTest::newRow("calendar") << kPacketIds[2] << QStringList{u"_manifest"_s, u"db/calendar.db"_s};
-        QTest::newRow("telephony") << kPacketIds[3]
-                                   << QStringList{u"_manifest"_s, u"db/mmssms.db"_s,
-                                                  u"r/app_parts/PART_1399360089123"_s};
-        QTest::newRow("contacts import") << kPacketIds[4] << contacts;
-        QTest::newRow("social phone book") << kPacketIds[5] << contacts;
-        QTest::newRow("notes") << kPacketIds[6] << QStringList{u"_manifest"_s, u"db/note.db"_s};
+        row("browser", kPacketIds[0], {u"_manifest"_s, u"db/browser2.db"_s});
+        row("chrome", kPacketIds[1], {u"_manifest"_s, u"r/app_chrome/Default/Bookmarks"_s});
+        row("calendar", kPacketIds[2], {u"_manifest"_s, u"db/calendar.db"_s});
+        row("telephony", kPacketIds[3], {u"_manifest"_s, u"db/mmssms.db"_s, u"r/app_parts/PART_1399360089123"_s});
+        row("contacts import", kPacketIds[4], contacts);
+        row("social phone book", kPacketIds[5], contacts);
+        row("notes", kPacketIds[6], {u"_manifest"_s, u"db/note.db"_s});
     }
 
     void packetsHoldTheirFiles()
     {
         QFETCH(const QString, packetId);
-        QFETCH(const QStringList, files);
         const auto content = filesBelow(expanded(packetId));
-        QCOMPARE(content.keys(), files);
+        QTEST(content.keys(), "files");
         const auto lines = content.value(u"_manifest"_s).split('\n');
         QCOMPARE(lines.size(), qsizetype{9});
         QCOMPARE(lines[0] + lines[3] + lines[5] + lines[6], QByteArray("11901"));
@@ -335,13 +284,13 @@ private Q_SLOTS:
 
     void everySampleOfOneMomentIsTheSame()
     {
-        const auto again = writeSample(m_folder.filePath(u"again"_s), 1, m_clock);
+        const auto again = writeSample(m_sample.folder.filePath(u"again"_s), 1, m_sample.clock);
         QVERIFY2(again.isWritten, qPrintable(again.message));
-        auto expected = filesBelow(m_folder.filePath(u"sample"_s));
+        auto expected = filesBelow(m_sample.folder.filePath(u"sample"_s));
         // The music library alone tells where it is.
-        expected[u"music/iTunes Music Library.xml"_s].replace(m_folder.filePath(u"sample"_s).toUtf8(),
-                                                              m_folder.filePath(u"again"_s).toUtf8());
-        const auto actual = filesBelow(m_folder.filePath(u"again"_s));
+        expected[u"music/iTunes Music Library.xml"_s].replace(m_sample.folder.filePath(u"sample"_s).toUtf8(),
+                                                              m_sample.folder.filePath(u"again"_s).toUtf8());
+        const auto actual = filesBelow(m_sample.folder.filePath(u"again"_s));
         QCOMPARE(actual.keys(), expected.keys());
         for (const QString& name : expected.keys()) {
             QVERIFY2(actual[name] == expected[name], qPrintable(name));
@@ -350,14 +299,12 @@ private Q_SLOTS:
 
     void refusesWhatIsThereAlready_data()
     {
-        QTest::addColumn<QString>("existing");
-        QTest::addColumn<int>("scale");
-        QTest::addColumn<bool>("isWritten");
-        QTest::newRow("an empty folder will do") << u"phone"_s << 1 << true;
-        QTest::newRow("something in backups") << u"backups/x"_s << 1 << false;
-        QTest::newRow("something in music") << u"music/x"_s << 1 << false;
-        QTest::newRow("something in phone") << u"phone/.hidden"_s << 1 << false;
-        QTest::newRow("no content at all") << u"phone"_s << 0 << false;
+        const DRTestTable<QString, int, bool> row("existing", "scale", "isWritten");
+        row("an empty folder will do", u"phone"_s, 1, true);
+        row("something in backups", u"backups/x"_s, 1, false);
+        row("something in music", u"music/x"_s, 1, false);
+        row("something in phone", u"phone/.hidden"_s, 1, false);
+        row("no content at all", u"phone"_s, 0, false);
     }
 
     void refusesWhatIsThereAlready()
@@ -367,7 +314,7 @@ private Q_SLOTS:
         QFETCH(const bool, isWritten);
         const QTemporaryDir folder;
         QVERIFY(QDir().mkpath(folder.filePath(existing)));
-        const auto result = writeSample(folder.path(), scale, m_clock);
+        const auto result = writeSample(folder.path(), scale, m_sample.clock);
         QCOMPARE(result.isWritten, isWritten);
         QCOMPARE(result.message.isEmpty(), isWritten);
         const auto names = QDir(folder.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);

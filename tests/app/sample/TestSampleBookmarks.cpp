@@ -1,34 +1,17 @@
-#include "app/sample/DRSample.h"
-#include "platform/core/DRDigest.h"
-#include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestClock.h"
-
-#include <QTemporaryDir>
-#include <QTest>
+#include "tests/app/sample/DRSampleFixture.h"
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
 class TestSampleBookmarks : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
-    DRTestClock m_clock;
-    DRSampleResult m_sample;
+    const DRSampleFixture m_sample{3};
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        m_sample = writeSample(m_folder.filePath(u"sample"_s), 3, m_clock);
-        QVERIFY2(m_sample.isWritten, qPrintable(m_sample.message));
-    }
-
     void storeIsWhatAnIPhoneHolds_data()
     {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char* what, const QString& sql, const QString& expected) {
-            QTest::newRow(what) << sql << expected;
-        };
+        const DRTestTable<QString, QString> row("sql", "expected");
         const QString levels =
             u"WITH RECURSIVE tree(id, depth) AS (SELECT id, 0 FROM bookmarks WHERE parent IS NULL UNION "
             "ALL SELECT bookmarks.id, depth + 1 FROM bookmarks JOIN tree ON parent = tree.id) "_s;
@@ -63,13 +46,7 @@ private Q_SLOTS:
     void storeIsWhatAnIPhoneHolds()
     {
         QFETCH(const QString, sql);
-        QFETCH(const QString, expected);
-        const QString store = sha1HexString(u"HomeDomain-Library/Safari/Bookmarks.db"_s);
-        auto database = DRDatabase::open(m_sample.backupFolder + u'/' + store, DRDatabase::Profile::Source);
-        QVERIFY(database);
-        auto rows = database->executeQuery(sql);
-        QVERIFY2(rows.next(), qPrintable(database->lastErrorMessage()));
-        QCOMPARE(rows.stringAt(0), expected);
+        QTEST(DRSampleFixture::answer(m_sample.stored(u"HomeDomain-Library/Safari/Bookmarks.db"_s), sql), "expected");
     }
 };
 

@@ -1,83 +1,22 @@
-#include "app/sample/DRSample.h"
 #include "app/sample/DRSampleMedia.h"
 #include "app/sample/DRSampleMovie.h"
-#include "platform/core/DRDigest.h"
-#include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestClock.h"
+#include "tests/app/sample/DRBoxReading.h"
+#include "tests/app/sample/DRSampleFixture.h"
+#include "tests/support/DRTestTable.h"
 
-#include <QTemporaryDir>
-#include <QtEndian>
-#include <QTest>
-
+using namespace DRBoxReading;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-/// The first column of the query's first row.
-QString answer(DRDatabase& database, const QString& sql)
-{
-    auto rows = database.executeQuery(u"SELECT * FROM (%1)"_s.arg(sql));
-    return rows.next() ? rows.stringAt(0) : u"failed: "_s + database.lastErrorMessage();
-}
-
-quint32 number(const QByteArray& bytes, qsizetype place)
-{
-    return qFromBigEndian<quint32>(bytes.constData() + place);
-}
-
-/// The content of the first box at a path such as "moov/udta"; null when there is none or when sizes do not add up to
-/// that of the box around them.
-QByteArray boxContent(QByteArray bytes, const QByteArray& path)
-{
-    for (const QByteArray& step : path.split('/')) {
-        QByteArray found;
-        qsizetype place = 0;
-        while (place + 8 <= bytes.size()) {
-            const auto size = static_cast<qsizetype>(number(bytes, place));
-            if (size < 8 || place + size > bytes.size()) {
-                return {};
-            }
-            if (found.isNull() && bytes.mid(place + 4, 4) == step) {
-                found = bytes.mid(place + 8, size - 8);
-            }
-            place += size;
-        }
-        if (place != bytes.size() || found.isNull()) {
-            return {};
-        }
-        bytes = found;
-    }
-    return bytes;
-}
-
-} // namespace
 
 class TestSampleMessages : public QObject {
     Q_OBJECT
 
-    QTemporaryDir m_folder;
-    DRTestClock m_clock;
-    DRSampleResult m_sample;
-
-    [[nodiscard]] QString stored(const QString& name) const
-    {
-        return m_sample.backupFolder + u'/' + sha1HexString(name);
-    }
+    const DRSampleFixture m_sample{1};
+    const QString m_store = m_sample.stored(u"HomeDomain-Library/SMS/sms.db"_s);
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        m_sample = writeSample(m_folder.filePath(u"sample"_s), 1, m_clock);
-        QVERIFY2(m_sample.isWritten, qPrintable(m_sample.message));
-    }
-
     void storeIsWhatAnIPhoneHolds_data()
     {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QString>("expected");
-        const auto row = [](const char* what, const QString& sql, const QString& expected) {
-            QTest::newRow(what) << sql << expected;
-        };
+        const DRTestTable<QString, QString> row("sql", "expected");
         row("sound", u"SELECT * FROM pragma_integrity_check"_s, u"ok"_s);
         row("references", u"SELECT COUNT(*) FROM pragma_foreign_key_check"_s, u"0"_s);
         row("chats", u"SELECT COUNT(*) FROM chat"_s, u"19"_s);
@@ -133,39 +72,33 @@ private Q_SLOTS:
     void storeIsWhatAnIPhoneHolds()
     {
         QFETCH(const QString, sql);
-        QFETCH(const QString, expected);
-        auto database = DRDatabase::open(stored(u"HomeDomain-Library/SMS/sms.db"_s), DRDatabase::Profile::Source);
-        QVERIFY(database);
-        QCOMPARE(answer(*database, sql), expected);
+        QTEST(DRSampleFixture::answer(m_store, sql), "expected");
     }
 
     void noFileIsMissing_data()
     {
-        QTest::addColumn<QString>("sql"); // path from the user's folder on, size or NULL
-        QTest::addColumn<qint64>("least");
-        QTest::newRow("attachments")
-            << u"SELECT replace(replace(filename, '~/', ''), '/var/mobile/', ''), total_bytes FROM attachment"_s
-            << 45LL;
-        QTest::newRow("attachments of groups")
-            << u"SELECT replace(filename, '/var/mobile/', ''), NULL FROM madrid_attachment"_s << 2LL;
-        QTest::newRow("pieces")
-            << u"SELECT printf('Library/SMS/Parts/%02x/%d-%d.%s', group_id, message_id, part_id, CASE "
-               "substr(content_type, 1, 9) WHEN 'image/jpe' THEN 'JPG' WHEN 'video/qui' THEN 'MOV' WHEN "
-               "'text/plai' THEN 'txt' ELSE substr(content_type, 7) END), NULL FROM msg_pieces JOIN "
-               "message ON message.ROWID = message_id WHERE content_loc NOT LIKE '''%'"_s
-            << 9LL;
+        const DRTestTable<QString, qint64> row("sql", "least"); // sql: path from the user's folder on, size or NULL
+        row("attachments",
+            u"SELECT replace(replace(filename, '~/', ''), '/var/mobile/', ''), total_bytes FROM attachment"_s, 45);
+        row("attachments of groups", u"SELECT replace(filename, '/var/mobile/', ''), NULL FROM madrid_attachment"_s, 2);
+        row("pieces",
+            u"SELECT printf('Library/SMS/Parts/%02x/%d-%d.%s', group_id, message_id, part_id, CASE "
+            "substr(content_type, 1, 9) WHEN 'image/jpe' THEN 'JPG' WHEN 'video/qui' THEN 'MOV' WHEN "
+            "'text/plai' THEN 'txt' ELSE substr(content_type, 7) END), NULL FROM msg_pieces JOIN "
+            "message ON message.ROWID = message_id WHERE content_loc NOT LIKE '''%'"_s,
+            9);
     }
 
     void noFileIsMissing()
     {
         QFETCH(const QString, sql);
         QFETCH(const qint64, least);
-        auto database = DRDatabase::open(stored(u"HomeDomain-Library/SMS/sms.db"_s), DRDatabase::Profile::Source);
+        auto database = DRDatabase::open(m_store, DRDatabase::Profile::Source);
         QVERIFY(database);
         auto rows = database->executeQuery(sql);
         qint64 count = 0;
         for (; rows.next(); ++count) {
-            const QFileInfo file(stored(u"MediaDomain-"_s + rows.stringAt(0)));
+            const QFileInfo file(m_sample.stored(u"MediaDomain-"_s + rows.stringAt(0)));
             QVERIFY2(file.exists(), qPrintable(rows.stringAt(0)));
             QVERIFY2(rows.isNullAt(1) || rows.stringAt(1).toLongLong() == file.size(), qPrintable(rows.stringAt(0)));
         }
@@ -175,19 +108,17 @@ private Q_SLOTS:
 
     void filmHoldsItsPicturesWhereItSays_data()
     {
-        QTest::addColumn<DRSampleMovie::Order>("order");
-        QTest::addColumn<QByteArray>("boxes");
-        QTest::newRow("description first") << DRSampleMovie::Order::DescriptionFirst << QByteArray("ftypmoovmdat");
-        QTest::newRow("pictures first") << DRSampleMovie::Order::PicturesFirst << QByteArray("ftypmdatmoov");
+        const DRTestTable<DRSampleMovie::Order, QByteArray> row("order", "boxes");
+        row("description first", DRSampleMovie::Order::DescriptionFirst, "ftypmoovmdat");
+        row("pictures first", DRSampleMovie::Order::PicturesFirst, "ftypmdatmoov");
     }
 
     void filmHoldsItsPicturesWhereItSays()
     {
         QFETCH(const DRSampleMovie::Order, order);
-        QFETCH(const QByteArray, boxes);
         const QByteArray film = encodeSampleMovie({.seed = 7,
                                                    .pictures = 3,
-                                                   .created = m_clock.now(),
+                                                   .created = m_sample.clock.now(),
                                                    .title = u"Sjön"_s,
                                                    .location = u"+59.3293+018.0686/"_s,
                                                    .order = order});
@@ -196,7 +127,7 @@ private Q_SLOTS:
             types += film.mid(place + 4, 4);
             QVERIFY(number(film, place) >= 8);
         }
-        QCOMPARE(types, boxes);
+        QTEST(types, "boxes");
         QCOMPARE(boxContent(film, "moov/udta/\xA9nam"), QByteArray("\0\5\x15\xC7Sj\xC3\xB6n", 9));
         QCOMPARE(boxContent(film, "moov/udta/\xA9xyz").mid(4), QByteArray("+59.3293+018.0686/"));
 

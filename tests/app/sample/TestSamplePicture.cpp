@@ -1,8 +1,8 @@
 #include "app/sample/DRSamplePicture.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QSet>
 #include <QtEndian>
-#include <QTest>
 #include <zlib.h>
 
 using namespace Qt::StringLiterals;
@@ -63,12 +63,11 @@ class TestSamplePicture : public QObject {
 private Q_SLOTS:
     void picturesAreWellFormed_data()
     {
-        QTest::addColumn<int>("width");
-        QTest::addColumn<int>("height");
-        QTest::newRow("one pixel") << 1 << 1;
-        QTest::newRow("whole blocks") << 64 << 32;
-        QTest::newRow("broken blocks") << 333 << 217;
-        QTest::newRow("one column") << 1 << 300;
+        const DRTestTable<int, int> row("width", "height");
+        row("one pixel", 1, 1);
+        row("whole blocks", 64, 32);
+        row("broken blocks", 333, 217);
+        row("one column", 1, 300);
     }
 
     void picturesAreWellFormed()

@@ -1,46 +1,16 @@
 #include "app/sample/DRSampleSound.h"
+#include "tests/app/sample/DRBoxReading.h"
+#include "tests/support/DRTestTable.h"
 
-#include <QtEndian>
-#include <QTest>
-
+using namespace DRBoxReading;
 using namespace Qt::StringLiterals;
 
 namespace {
 
-quint32 numberAt(const QByteArray& bytes, qsizetype offset)
-{
-    return qFromBigEndian<quint32>(bytes.sliced(offset, sizeof(quint32)).constData());
-}
-
-/// The content of the first box of that type among those in `boxes`; null when there is none or they are not whole.
-QByteArray boxIn(const QByteArray& boxes, const QByteArray& type)
-{
-    qsizetype offset = 0;
-    while (offset + 8 <= boxes.size()) {
-        const qsizetype size = numberAt(boxes, offset);
-        if (size < 8 || offset + size > boxes.size()) {
-            return {};
-        }
-        if (boxes.mid(offset + 4, 4) == type) {
-            return boxes.mid(offset + 8, size - 8);
-        }
-        offset += size;
-    }
-    return {};
-}
-
-QByteArray boxAt(QByteArray boxes, const QByteArray& path)
-{
-    for (const QByteArray& type : path.split('/')) {
-        boxes = boxIn(boxes, type);
-    }
-    return boxes;
-}
-
 /// A number of 16 bits at any bit.
 int sampleAt(const QByteArray& packet, qsizetype bit)
 {
-    const quint32 bits = (numberAt(packet, bit / 8) << static_cast<quint32>(bit % 8)) >> 16U;
+    const quint32 bits = (number(packet, bit / 8) << static_cast<quint32>(bit % 8)) >> 16U;
     return static_cast<qint16>(bits);
 }
 
@@ -52,10 +22,9 @@ class TestSampleSound : public QObject {
 private Q_SLOTS:
     void tuneIsWhereItsTablesSay_data()
     {
-        QTest::addColumn<int>("verses");
-        QTest::addColumn<qint64>("milliseconds");
-        QTest::newRow("the shortest") << 1 << qint64{512};
-        QTest::newRow("a longer one") << 5 << qint64{2560};
+        const DRTestTable<int, qint64> row("verses", "milliseconds");
+        row("the shortest", 1, 512);
+        row("a longer one", 5, 2560);
     }
 
     void tuneIsWhereItsTablesSay()
@@ -64,12 +33,12 @@ private Q_SLOTS:
         QFETCH(const qint64, milliseconds);
         const auto sound = DRSampleSound::tune(7, verses, QDateTime::fromSecsSinceEpoch(1399273689));
         QCOMPARE(sound.milliseconds, milliseconds);
-        const QByteArray tables = boxAt(sound.bytes, "moov/trak/mdia/minf/stbl");
-        const qsizetype packetBytes = numberAt(boxIn(tables, "stsz"), 4);
-        QCOMPARE(int(numberAt(boxIn(tables, "stsz"), 8)), verses);
-        const QByteArray data = boxIn(sound.bytes, "mdat");
+        const QByteArray tables = "moov/trak/mdia/minf/stbl/";
+        const qsizetype packetBytes = number(boxContent(sound.bytes, tables + "stsz"), 4);
+        QCOMPARE(int(number(boxContent(sound.bytes, tables + "stsz"), 8)), verses);
+        const QByteArray data = boxContent(sound.bytes, "mdat");
         QCOMPARE(data.size(), packetBytes * verses);
-        QCOMPARE(sound.bytes.mid(numberAt(boxIn(tables, "stco"), 8), data.size()), data);
+        QCOMPARE(sound.bytes.mid(number(boxContent(sound.bytes, tables + "stco"), 8), data.size()), data);
 
         constexpr qsizetype kHeaderBits = 23;
         for (int verse = 0; verse < verses; ++verse) {

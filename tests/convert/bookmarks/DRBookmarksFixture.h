@@ -1,34 +1,11 @@
 #pragma once
 
 #include "convert/bookmarks/DRMigrateIPhoneBookmarks.h"
-#include "tests/support/DRTestServices.h"
+#include "tests/convert/DRConverterFixture.h"
 
-#include <QDir>
-#include <QFile>
-
-#include <utility>
-
-/// An iPhone's bookmarks, written as a line of text, and the working folder of an app's packet.
-struct DRBookmarksFixture {
-    explicit DRBookmarksFixture(QString id = {}) : packetID(std::move(id)) {}
-
-    DRTestServices test;
-    QString packetID;
-
-    [[nodiscard]] QString path(const QString& relative) const { return test.root.filePath(relative); }
-    [[nodiscard]] QString inApp(const QString& file) const
-    {
-        return path(QStringLiteral("work/%1/apps/%1/%2").arg(packetID, file));
-    }
-
-    template <typename T> [[nodiscard]] std::shared_ptr<T> phoneSide() const
-    {
-        auto phone = std::make_shared<T>(test.services);
-        phone->setSourcePath(path(QStringLiteral("phone")));
-        phone->setTargetPath(path(QStringLiteral("work")));
-        phone->setPacketID(packetID);
-        return phone;
-    }
+/// An iPhone's bookmarks, written as a line of text.
+struct DRBookmarksFixture : DRConverterFixture {
+    using DRConverterFixture::DRConverterFixture;
 
     /// Such as "0: 1 2; 5<0: 3": folder 0 without parent holds the bookmarks 1 and 2, folder 5 in it the bookmark 3.
     static DRBookmarkFolders folders(const QString& text)
@@ -66,19 +43,5 @@ struct DRBookmarksFixture {
         auto made = std::make_shared<DRMigrateIPhoneBookmarks>(test.services);
         made->setContent(bookmarks, folders);
         return made;
-    }
-
-    static QByteArray contentsOf(const QString& path)
-    {
-        QFile file(path);
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
-
-    /// Makes the folders above, too.
-    static bool write(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
-               file.write(bytes) == bytes.size();
     }
 };

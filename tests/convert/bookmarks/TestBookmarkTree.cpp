@@ -1,7 +1,6 @@
 #include "convert/bookmarks/DRBookmarkTree.h"
 #include "tests/convert/bookmarks/DRBookmarksFixture.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -34,12 +33,8 @@ private Q_SLOTS:
 
     void tree_data()
     {
-        QTest::addColumn<QString>("folders"); // bookmarks 1 to 5 exist
-        QTest::addColumn<QString>("tree");
-        QTest::addColumn<qint64>("different");
-        const auto row = [](const char* name, const QString& folders, const QString& tree, qint64 different) {
-            QTest::newRow(name) << folders << tree << different;
-        };
+        // folders: bookmarks 1 to 5 exist
+        const DRTestTable<QString, QString, qint64> row("folders", "tree", "different");
         row("nothing", u""_s, u""_s, 0);
         row("no root", u"5<0: 1"_s, u""_s, 0);
         row("root and folder", u"0: 1; 5<0: 2"_s, u"0: 1; 5<0: 2"_s, 2);

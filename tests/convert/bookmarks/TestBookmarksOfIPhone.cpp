@@ -1,11 +1,10 @@
 #include "convert/bookmarks/DRMigrateIPhoneBookmarks.h"
-#include "platform/core/DRDigest.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRTransaction.h"
 #include "tests/convert/bookmarks/DRBookmarksFixture.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QRandomGenerator>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -36,31 +35,14 @@ class TestBookmarksOfIPhone : public QObject {
 private:
     std::unique_ptr<DRBookmarksFixture> m_phone;
 
-    [[nodiscard]] QString database() const
-    {
-        return m_phone->path(u"backup/"_s + sha1HexString(u"HomeDomain-Library/Safari/Bookmarks.db"_s));
-    }
+    [[nodiscard]] QString database() const { return m_phone->backedUp(u"HomeDomain-Library/Safari/Bookmarks.db"_s); }
 
-    [[nodiscard]] bool makeDatabase(const QString& sql) const
-    {
-        auto made = DRDatabase::open(database(), DRDatabase::Profile::Create);
-        return made && made->executeScript(sql);
-    }
-
-    [[nodiscard]] std::shared_ptr<DRMigrateIPhoneBookmarks> iPhoneSide() const
-    {
-        auto made = std::make_shared<DRMigrateIPhoneBookmarks>(m_phone->test.services);
-        made->setSourcePath(m_phone->path(u"backup"_s));
-        return made;
-    }
+    [[nodiscard]] bool makeDatabase(const QString& sql) const { return DRBookmarksFixture::run(database(), sql); }
+    [[nodiscard]] auto iPhoneSide() const { return m_phone->iPhoneSide<DRMigrateIPhoneBookmarks>(); }
 
 private Q_SLOTS:
 
-    void init()
-    {
-        m_phone = std::make_unique<DRBookmarksFixture>();
-        QVERIFY(QDir().mkpath(m_phone->path(u"backup"_s)));
-    }
+    void init() { m_phone = std::make_unique<DRBookmarksFixture>(); }
 
     void readsRows()
     {
@@ -92,21 +74,21 @@ private Q_SLOTS:
 
     void orderIsThatOfOneStatementPerFolder_data()
     {
-        QTest::addColumn<QString>("schema");
+        const DRTestTable<QString> row("schema");
         const QString plain = u"CREATE TABLE bookmarks(id INTEGER PRIMARY KEY, parent %1, type %2, title, url, "
                               "order_index);%3"_s;
-        QTest::newRow("the iPhone's") << kTable + kIndexes;
-        QTest::newRow("no index") << kTable;
-        QTest::newRow("by parent") << kTable + u"CREATE INDEX i ON bookmarks(parent)"_s;
-        QTest::newRow("by parent, descending") << kTable + u"CREATE INDEX i ON bookmarks(parent, order_index DESC)"_s;
-        QTest::newRow("by type") << kTable + u"CREATE INDEX i ON bookmarks(type)"_s;
-        QTest::newRow("by type, then order") << kTable + u"CREATE INDEX i ON bookmarks(type, order_index)"_s;
-        QTest::newRow("by type, then parent") << kTable + u"CREATE INDEX i ON bookmarks(type, order_index, parent)"_s;
-        QTest::newRow("of bookmarks only") << kTable + u"CREATE INDEX i ON bookmarks(order_index) WHERE type=0"_s;
-        QTest::newRow("without types") << plain.arg(u""_s, u""_s, u""_s);
-        QTest::newRow("without types, by parent") << plain.arg(u""_s, u""_s, u"CREATE INDEX i ON bookmarks(parent)"_s);
-        QTest::newRow("parents as texts") << plain.arg(u"TEXT"_s, u"INTEGER"_s, u""_s);
-        QTest::newRow("parents as reals") << plain.arg(u"REAL"_s, u"INTEGER"_s, u""_s);
+        row("the iPhone's", kTable + kIndexes);
+        row("no index", kTable);
+        row("by parent", kTable + u"CREATE INDEX i ON bookmarks(parent)"_s);
+        row("by parent, descending", kTable + u"CREATE INDEX i ON bookmarks(parent, order_index DESC)"_s);
+        row("by type", kTable + u"CREATE INDEX i ON bookmarks(type)"_s);
+        row("by type, then order", kTable + u"CREATE INDEX i ON bookmarks(type, order_index)"_s);
+        row("by type, then parent", kTable + u"CREATE INDEX i ON bookmarks(type, order_index, parent)"_s);
+        row("of bookmarks only", kTable + u"CREATE INDEX i ON bookmarks(order_index) WHERE type=0"_s);
+        row("without types", plain.arg(u""_s, u""_s, u""_s));
+        row("without types, by parent", plain.arg(u""_s, u""_s, u"CREATE INDEX i ON bookmarks(parent)"_s));
+        row("parents as texts", plain.arg(u"TEXT"_s, u"INTEGER"_s, u""_s));
+        row("parents as reals", plain.arg(u"REAL"_s, u"INTEGER"_s, u""_s));
     }
 
     /// Parents are also of kinds that equal no number, or only where the column's type makes them.
@@ -162,21 +144,19 @@ private Q_SLOTS:
 
     void unreadableSources_data()
     {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<bool>("isNotInBackup");
-        QTest::newRow("missing") << QByteArray() << QString() << true;
-        QTest::newRow("no database") << QByteArray(4096, 'x') << QString() << false;
-        QTest::newRow("truncated") << QByteArray("SQLite format 3\0\4\0\1\1\0\100\40\40", 24) << QString() << false;
-        QTest::newRow("no table") << QByteArray() << u"CREATE TABLE other(x)"_s << false;
-        QTest::newRow("no types") << QByteArray() << u"CREATE TABLE bookmarks(id, parent)"_s << false;
+        const DRTestTable<QByteArray, QString, bool> row("content", "sql", "isNotInBackup");
+        row("missing", {}, {}, true);
+        row("no database", QByteArray(4096, 'x'), {}, false);
+        row("truncated", QByteArray("SQLite format 3\0\4\0\1\1\0\100\40\40", 24), {}, false);
+        row("no table", {}, u"CREATE TABLE other(x)"_s, false);
+        row("no types", {}, u"CREATE TABLE bookmarks(id, parent)"_s, false);
     }
 
     void unreadableSources()
     {
         QFETCH(QByteArray, content);
         QFETCH(QString, sql);
-        QVERIFY(content.isEmpty() || DRBookmarksFixture::write(database(), content));
+        QVERIFY(content.isEmpty() || writeFile(database(), content));
         QVERIFY(sql.isEmpty() || makeDatabase(sql));
         const auto phone = iPhoneSide();
         QVERIFY(!phone->load());

@@ -1,8 +1,7 @@
 #include "convert/bookmarks/DRChromeBookmarksText.h"
 #include "convert/bookmarks/DRMigrateChromeBookmarks.h"
 #include "tests/convert/bookmarks/DRBookmarksFixture.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -118,7 +117,7 @@ private:
 
     [[nodiscard]] QString file() const { return m_phone->inApp(u"r/app_chrome/Default/Bookmarks"_s); }
 
-    [[nodiscard]] QByteArray written() const { return DRBookmarksFixture::contentsOf(file()); }
+    [[nodiscard]] QByteArray written() const { return readFile(file()); }
 
     /// The Chrome side after a merge of one bookmark in the root.
     [[nodiscard]] std::shared_ptr<DRMigrateChromeBookmarks> merged(const QString& title = u"B1"_s) const
@@ -166,14 +165,12 @@ private Q_SLOTS:
 
     void editInPlace_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after");
+        const DRTestTable<QByteArray, QByteArray> add("before", "after");
         const QByteArray sum = "\n   \"checksum\": \"5ad2cf3f5b8ae3b1c6f9c1a1c3a8e9d0\",";
-        const auto row = [&sum](const char* name, const QByteArray& before, const QByteArray& from,
-                                const QByteArray& to) {
+        const auto row = [&](const char* name, const QByteArray& before, const QByteArray& from, const QByteArray& to) {
             QByteArray after = before;
             after.replace(sum, "\n   ").replace(from, to);
-            QTest::newRow(name) << before << after;
+            add(name, before, after);
         };
         const QByteArray node = nodeOf(10000, "B1");
         row("empty list", kOwnFile, "[  ]", "[  " + node + ']');
@@ -187,7 +184,7 @@ private Q_SLOTS:
     void editInPlace()
     {
         QFETCH(QByteArray, before);
-        QVERIFY(DRBookmarksFixture::write(file(), before) && DRBookmarksFixture::write(file() + u".bak"_s, before));
+        QVERIFY(writeFile(file(), before) && writeFile(file() + u".bak"_s, before));
         const auto chrome = merged();
         QTEST(written(), "after");
         QVERIFY(!QFile::exists(file() + u".bak"_s));
@@ -196,24 +193,21 @@ private Q_SLOTS:
 
     void titles_data()
     {
-        QTest::addColumn<QString>("title");
-        QTest::addColumn<QByteArray>("escaped");
-        QTest::addColumn<QString>("warning");
+        const DRTestTable<QString, QByteArray, QString> row("title", "escaped", "warning");
         const QString broken = u"will not read"_s;
         const QString changed = u"otherwise than the iPhone"_s;
-        QTest::newRow("none") << QString() << QByteArray() << QString();
-        QTest::newRow("printable") << u"a b~ <&>/'"_s << QByteArray("a b~ <&>/'") << QString();
-        QTest::newRow("accent") << u"caf\u00E9"_s << QByteArray("caf\\u00E9") << QString();
-        QTest::newRow("edges") << u"\u001F\u007F\uFFFD\t"_s << QByteArray(R"(\u001F\u007F\uFFFD\u0009)") << QString();
-        QTest::newRow("beyond the plane") << u"\U00010000\U0001F34E\U0010FFFF"_s
-                                          << QByteArray(R"(\uD800\uDC00\uD83C\uDF4E\uDBFF\uDFFF)") << QString();
-        QTest::newRow("lone surrogate") << QString(QChar(0xD83C)) << QByteArray("\\uFFFD") << QString();
-        QTest::newRow("quotation mark") << u"a \"b\""_s << QByteArray("a \"b\"") << broken;
-        QTest::newRow("backslash at the end") << u"a\\"_s << QByteArray("a\\") << broken;
-        QTest::newRow("escape that JSON lacks") << u"C:\\dir"_s << QByteArray("C:\\dir") << broken;
-        QTest::newRow("short number") << u"\\u12"_s << QByteArray("\\u12") << broken;
-        QTest::newRow("escape that JSON has") << u"C:\\new"_s << QByteArray("C:\\new") << changed;
-        QTest::newRow("a field slipped in") << uR"(a","b":"c)"_s << QByteArray(R"(a","b":"c)") << changed;
+        row("none", {}, {}, {});
+        row("printable", u"a b~ <&>/'"_s, "a b~ <&>/'", {});
+        row("accent", u"caf\u00E9"_s, "caf\\u00E9", {});
+        row("edges", u"\u001F\u007F\uFFFD\t"_s, R"(\u001F\u007F\uFFFD\u0009)", {});
+        row("beyond the plane", u"\U00010000\U0001F34E\U0010FFFF"_s, R"(\uD800\uDC00\uD83C\uDF4E\uDBFF\uDFFF)", {});
+        row("lone surrogate", QString(QChar(0xD83C)), "\\uFFFD", {});
+        row("quotation mark", u"a \"b\""_s, "a \"b\"", broken);
+        row("backslash at the end", u"a\\"_s, "a\\", broken);
+        row("escape that JSON lacks", u"C:\\dir"_s, "C:\\dir", broken);
+        row("short number", u"\\u12"_s, "\\u12", broken);
+        row("escape that JSON has", u"C:\\new"_s, "C:\\new", changed);
+        row("a field slipped in", uR"(a","b":"c)"_s, R"(a","b":"c)", changed);
     }
 
     void titles()
@@ -235,27 +229,25 @@ private Q_SLOTS:
 
     void badFiles_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<bool>("isReplaced"); // by a file that begins anew
-        QTest::addColumn<QString>("warning");
+        // isReplaced: by a file that begins anew
+        const DRTestTable<QByteArray, bool, QString> row("before", "isReplaced", "warning");
         const QString replaced = u"are replaced"_s;
         const QString damaged = u"damaged already"_s;
-        QTest::newRow("empty") << QByteArray("") << true << QString();
-        QTest::newRow("without place") << QByteArray("{\n\"roots\": {\n}\n}\n") << true << replaced;
-        QTest::newRow("truncated") << kOwnFile.left(kOwnFile.indexOf("[  ]") + 2) << true << replaced;
-        QTest::newRow("not UTF-8") << ownFileWith("\xE9") << true << replaced;
-        QTest::newRow("damaged before") << kOwnFile + "}" << false << damaged;
-        QTest::newRow("brackets in a title") << ownFileWith("}]") << false << u"do not fit"_s;
-        QTest::newRow("checksum at the end")
-            << QByteArray(R"({"roots": {"synced": {"children": []}, "checksum": "1"}, "version": 1})") << false
-            << u"do not fit"_s;
+        row("empty", "", true, {});
+        row("without place", "{\n\"roots\": {\n}\n}\n", true, replaced);
+        row("truncated", kOwnFile.left(kOwnFile.indexOf("[  ]") + 2), true, replaced);
+        row("not UTF-8", ownFileWith("\xE9"), true, replaced);
+        row("damaged before", kOwnFile + "}", false, damaged);
+        row("brackets in a title", ownFileWith("}]"), false, u"do not fit"_s);
+        row("checksum at the end", R"({"roots": {"synced": {"children": []}, "checksum": "1"}, "version": 1})", false,
+            u"do not fit"_s);
     }
 
     void badFiles()
     {
         QFETCH(QByteArray, before);
         QFETCH(QString, warning);
-        QVERIFY(DRBookmarksFixture::write(file(), before));
+        QVERIFY(writeFile(file(), before));
         const auto chrome = merged();
         QTEST(written().startsWith("{\n\"roots\": {\n\"bookmark_bar\""), "isReplaced");
         QVERIFY(written().contains(nodeOf(10000, "B1")));
@@ -268,21 +260,21 @@ private Q_SLOTS:
     void linkIsReplacedNotFollowed()
     {
         const QString target = m_phone->path(u"elsewhere"_s);
-        QVERIFY(DRBookmarksFixture::write(target, kOwnFile) && QDir().mkpath(QFileInfo(file()).path()));
+        QVERIFY(writeFile(target, kOwnFile) && QDir().mkpath(QFileInfo(file()).path()));
         QVERIFY(QFile::link(target, file()));
         const auto chrome = merged();
-        QCOMPARE(DRBookmarksFixture::contentsOf(target), kOwnFile);
+        QCOMPARE(readFile(target), kOwnFile);
         QVERIFY(!QFileInfo(file()).isSymLink() && written().contains("Desktop Bookmarks"));
         QCOMPARE(chrome->report().warnings.size(), 1);
     }
 
     void fileThatCannotBeWritten_data()
     {
-        QTest::addColumn<QString>("folder");   // stands where the bookmarks file should
-        QTest::addColumn<QString>("obstacle"); // a file
-        QTest::newRow("a folder in its place")
-            << u"r/app_chrome/Default/Bookmarks/x"_s << u"r/app_chrome/Default/Bookmarks.bak"_s;
-        QTest::newRow("a file in the folder's place") << u"r/app_chrome"_s << u"r/app_chrome/Default"_s;
+        // folder: stands where the bookmarks file should
+        // obstacle: a file
+        const DRTestTable<QString, QString> row("folder", "obstacle");
+        row("a folder in its place", u"r/app_chrome/Default/Bookmarks/x"_s, u"r/app_chrome/Default/Bookmarks.bak"_s);
+        row("a file in the folder's place", u"r/app_chrome"_s, u"r/app_chrome/Default"_s);
     }
 
     void fileThatCannotBeWritten()
@@ -290,26 +282,26 @@ private Q_SLOTS:
         QFETCH(QString, folder);
         QFETCH(QString, obstacle);
         QVERIFY(QDir().mkpath(m_phone->inApp(folder)));
-        QVERIFY(DRBookmarksFixture::write(m_phone->inApp(obstacle), "kept"));
+        QVERIFY(writeFile(m_phone->inApp(obstacle), "kept"));
         const auto chrome = merged();
         QVERIFY(chrome && chrome->ignoreDataType() && chrome->save());
         QCOMPARE(chrome->report().written, qint64{0});
         QCOMPARE(chrome->report().skipped.size(), 1U);
-        QCOMPARE(DRBookmarksFixture::contentsOf(m_phone->inApp(obstacle)), QByteArray("kept"));
+        QCOMPARE(readFile(m_phone->inApp(obstacle)), QByteArray("kept"));
     }
 
     void nothingToWrite_data()
     {
-        QTest::addColumn<QString>("folders");
-        QTest::newRow("no folders") << u""_s;
-        QTest::newRow("no root") << u"5<0: 1"_s;
-        QTest::newRow("nothing but empty folders") << u"0:; 5<0:; 6<5:"_s;
+        const DRTestTable<QString> row("folders");
+        row("no folders", u""_s);
+        row("no root", u"5<0: 1"_s);
+        row("nothing but empty folders", u"0:; 5<0:; 6<5:"_s);
     }
 
     void nothingToWrite()
     {
         QFETCH(QString, folders);
-        QVERIFY(DRBookmarksFixture::write(file(), kOwnFile));
+        QVERIFY(writeFile(file(), kOwnFile));
         const auto chrome = m_phone->phoneSide<DRMigrateChromeBookmarks>();
         QVERIFY(chrome->mergeDataFrom(*m_phone->source(m_phone->bookmarks(1), m_phone->folders(folders))));
         QCOMPARE(written(), kOwnFile);
@@ -318,17 +310,15 @@ private Q_SLOTS:
 
     void places_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("position"); // -1: none
-        QTest::addColumn<bool>("notEmpty");
-        QTest::newRow("nothing") << QByteArray() << -1 << false;
-        QTest::newRow("without quotes") << QByteArray("synced \"children\" []") << -1 << false;
-        QTest::newRow("children before") << QByteArray(R"("children" "synced" [])") << -1 << false;
-        QTest::newRow("no bracket") << QByteArray(R"([ "synced" "children" ])") << -1 << false;
-        QTest::newRow("no end") << QByteArray(R"("synced""children"[{])") << -1 << false;
-        QTest::newRow("empty") << QByteArray(R"("synced""children"[])") << 19 << false;
-        QTest::newRow("nested") << QByteArray(R"("synced""children"[{[]{}}]])") << 25 << true;
-        QTest::newRow("a brace too many") << QByteArray(R"("synced""children"[}]{])") << 22 << true;
+        const DRTestTable<QByteArray, int, bool> row("text", "position", "notEmpty"); // position: -1: none
+        row("nothing", {}, -1, false);
+        row("without quotes", "synced \"children\" []", -1, false);
+        row("children before", R"("children" "synced" [])", -1, false);
+        row("no bracket", R"([ "synced" "children" ])", -1, false);
+        row("no end", R"("synced""children"[{])", -1, false);
+        row("empty", R"("synced""children"[])", 19, false);
+        row("nested", R"("synced""children"[{[]{}}]])", 25, true);
+        row("a brace too many", R"("synced""children"[}]{])", 22, true);
     }
 
     void places()
@@ -343,12 +333,10 @@ private Q_SLOTS:
 
     void checksums_data()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QByteArray>("without");
-        QTest::newRow("first") << QByteArray("{\"checkSUM\": \"1\",\n\"a\": 1,}") << QByteArray("{\n\"a\": 1,}");
-        QTest::newRow("no comma behind") << QByteArray(R"({"a": 1,"checksum": 1})")
-                                         << QByteArray(R"({"a": 1,"checksum": 1})");
-        QTest::newRow("only the first") << QByteArray(R"("checksum","checksum",)") << QByteArray(R"("checksum",)");
+        const DRTestTable<QByteArray, QByteArray> row("text", "without");
+        row("first", "{\"checkSUM\": \"1\",\n\"a\": 1,}", "{\n\"a\": 1,}");
+        row("no comma behind", R"({"a": 1,"checksum": 1})", R"({"a": 1,"checksum": 1})");
+        row("only the first", R"("checksum","checksum",)", R"("checksum",)");
     }
 
     void checksums()

@@ -1,14 +1,12 @@
 #include "convert/calendar/DRCalendarReader.h"
 #include "convert/calendar/DRMigrateIPhoneCalendar.h"
 #include "platform/core/DRDates.h"
-#include "platform/core/DRDigest.h"
 #include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestServices.h"
+#include "tests/convert/DRConverterFixture.h"
+#include "tests/support/DRTestTable.h"
 
-#include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
-#include <QTest>
 
 #include <limits>
 
@@ -197,40 +195,22 @@ class TestCalendarsOfIPhone : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DRTestServices> m_test;
+    std::unique_ptr<DRConverterFixture> m_test;
 
-    [[nodiscard]] QString backup() const { return QDir(m_test->root.path()).canonicalPath() + u"/backup"_s; }
-    [[nodiscard]] QString path() const
-    {
-        return backup() + u'/' + sha1HexString(u"HomeDomain-Library/Calendar/Calendar.sqlitedb"_s);
-    }
-
+    [[nodiscard]] QString path() const { return m_test->backedUp(u"HomeDomain-Library/Calendar/Calendar.sqlitedb"_s); }
     [[nodiscard]] bool run(const QString& script) const
     {
-        auto database = DRDatabase::open(path(), DRDatabase::Profile::Create);
         // One transaction: every insert alone would wait for the disk.
-        return database && database->executeScript(u"BEGIN;%1;COMMIT;"_s.arg(script));
+        return DRConverterFixture::run(path(), u"BEGIN;%1;COMMIT;"_s.arg(script));
     }
-
-    [[nodiscard]] std::shared_ptr<DRMigrateIPhoneCalendar> side() const
-    {
-        auto calendar = std::make_shared<DRMigrateIPhoneCalendar>(m_test->services);
-        calendar->setSourcePath(backup());
-        return calendar;
-    }
+    [[nodiscard]] auto side() const { return m_test->iPhoneSide<DRMigrateIPhoneCalendar>(); }
 
 private Q_SLOTS:
-
-    void init()
-    {
-        m_test = std::make_unique<DRTestServices>();
-        QVERIFY(QDir().mkpath(backup()));
-    }
+    void init() { m_test = std::make_unique<DRConverterFixture>(); }
 
     void equalsTheStatedStatements_data()
     {
-        QTest::addColumn<QString>("indexes");
-        QTest::addColumn<QString>("change");
+        const DRTestTable<QString, QString> row("indexes", "change");
         // Copies whose columns have no type keep the values that are given to them.
         QString texts;
         for (const auto& [table, key] : {std::pair{u"CalendarItem"_s, u"calendar_id"_s},
@@ -241,16 +221,16 @@ private Q_SLOTS:
                      "ALTER TABLE %1 ADD COLUMN other TEXT; UPDATE %1 SET other=%2; ALTER TABLE %1 DROP COLUMN %2;"
                      "ALTER TABLE %1 RENAME COLUMN other TO %2;"_s.arg(table, key);
         }
-        QTest::newRow("keys are texts") << QString() << texts;
-        QTest::newRow("plain") << QString() << QString();
-        QTest::newRow("indexed") << kIndexes << QString();
-        QTest::newRow("older layout") << QString() << u"DROP TABLE CalendarItem;"_s;
-        QTest::newRow("no details") << QString()
-                                    << u"DROP TABLE Location; DROP TABLE Recurrence; DROP TABLE Alarm; DROP TABLE "
-                                       "Participant; DROP TABLE Identity;"_s;
-        QTest::newRow("other columns") << QString()
-                                       << u"ALTER TABLE Recurrence DROP COLUMN owner_id; ALTER TABLE Identity DROP "
-                                          "COLUMN first_name; ALTER TABLE CalendarItem DROP COLUMN due_all_day;"_s;
+        row("keys are texts", {}, texts);
+        row("plain", {}, {});
+        row("indexed", kIndexes, {});
+        row("older layout", {}, u"DROP TABLE CalendarItem;"_s);
+        row("no details", {},
+            u"DROP TABLE Location; DROP TABLE Recurrence; DROP TABLE Alarm; DROP TABLE "
+            "Participant; DROP TABLE Identity;"_s);
+        row("other columns", {},
+            u"ALTER TABLE Recurrence DROP COLUMN owner_id; ALTER TABLE Identity DROP "
+            "COLUMN first_name; ALTER TABLE CalendarItem DROP COLUMN due_all_day;"_s);
     }
 
     void equalsTheStatedStatements()
@@ -314,20 +294,18 @@ private Q_SLOTS:
     /// A damaged table never passes for an empty one.
     void damageIsTold_data()
     {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<bool>("isLoaded");
+        const DRTestTable<QString, bool> row("table", "isLoaded");
         for (const char* table : {"Location", "Recurrence", "Alarm", "Participant", "Identity", "Event"}) {
-            QTest::newRow(table) << QString::fromLatin1(table) << true;
+            row(table, QString::fromLatin1(table), true);
         }
-        QTest::newRow("Calendar") << u"Calendar"_s << false;
-        QTest::newRow("CalendarItem") << u"CalendarItem"_s << false;
-        QTest::newRow("the schema") << u"sqlite_master"_s << false;
+        row("Calendar", u"Calendar"_s, false);
+        row("CalendarItem", u"CalendarItem"_s, false);
+        row("the schema", u"sqlite_master"_s, false);
     }
 
     void damageIsTold()
     {
         QFETCH(QString, table);
-        QFETCH(bool, isLoaded);
         QVERIFY(
             run(kAll + u"INSERT INTO Calendar VALUES (1, 'c'); INSERT INTO CalendarItem (calendar_id) VALUES (1);"_s));
         qint64 page = 1;
@@ -342,7 +320,7 @@ private Q_SLOTS:
         QCOMPARE(file.write(QByteArray(64, 'x')), 64);
         file.close();
         const auto source = side();
-        QCOMPARE(source->load(), isLoaded);
+        QTEST(source->load(), "isLoaded");
         QCOMPARE(source->report().skipped.size(), 1U);
         QVERIFY(!source->report().isNotInBackup);
     }

@@ -1,17 +1,13 @@
 #include "convert/calendar/DRMigrateAndroidCalendar.h"
 #include "convert/calendar/DRMigrateIPhoneCalendar.h"
 #include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestServices.h"
+#include "tests/convert/DRConverterFixture.h"
+#include "tests/support/DRTestTable.h"
 #include "tests/support/DRTestTimeZone.h"
-
-#include <QDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString kPacketID = u"com.android.providers.calendar"_s;
 
 const QString kTables =
     u"CREATE TABLE Calendars (_id INTEGER PRIMARY KEY, account_name TEXT, account_type TEXT, name TEXT, "
@@ -53,31 +49,16 @@ class TestCalendarsOnPhone : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DRTestServices> m_test;
+    std::unique_ptr<DRConverterFixture> m_test;
 
-    [[nodiscard]] QString database() const
-    {
-        return m_test->root.filePath(u"work/%1/apps/%1/db/calendar.db"_s.arg(kPacketID));
-    }
-
-    [[nodiscard]] bool run(const QString& script) const
-    {
-        auto opened = DRDatabase::open(database(), DRDatabase::Profile::Create);
-        return opened && opened->executeScript(script);
-    }
-
-    [[nodiscard]] std::shared_ptr<DRMigrateAndroidCalendar> phoneSide() const
-    {
-        auto calendar = std::make_shared<DRMigrateAndroidCalendar>(m_test->services);
-        calendar->setTargetPath(m_test->root.filePath(u"work"_s));
-        calendar->setPacketID(kPacketID);
-        return calendar;
-    }
+    [[nodiscard]] QString database() const { return m_test->inApp(u"db/calendar.db"_s); }
+    [[nodiscard]] bool run(const QString& script) const { return DRConverterFixture::run(database(), script); }
+    [[nodiscard]] auto phoneSide() const { return m_test->phoneSide<DRMigrateAndroidCalendar>(); }
 
     [[nodiscard]] std::shared_ptr<DRMigrateIPhoneCalendar>
     sourceOf(const std::vector<std::vector<DRImportedEvent>>& calendars) const
     {
-        auto source = std::make_shared<DRMigrateIPhoneCalendar>(m_test->services);
+        auto source = std::make_shared<DRMigrateIPhoneCalendar>(m_test->test.services);
         std::vector<DRImportedCalendar> all;
         std::size_t count = 0;
         for (const auto& events : calendars) {
@@ -115,8 +96,7 @@ private Q_SLOTS:
 
     void init()
     {
-        m_test = std::make_unique<DRTestServices>();
-        QVERIFY(QDir().mkpath(QFileInfo(database()).path()));
+        m_test = std::make_unique<DRConverterFixture>(u"com.android.providers.calendar"_s);
         QVERIFY(run(kTables));
     }
 
@@ -235,14 +215,12 @@ private Q_SLOTS:
     /// What cannot take events stays as it is on the phone, and the user is told.
     void uselessDatabasesAreLeftAlone_data()
     {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<QString>("why");
-        QTest::newRow("no table") << u"DROP TABLE Reminders"_s
-                                  << u"the calendar database of this phone has no Reminders"_s;
-        QTest::newRow("no column") << u"ALTER TABLE Events DROP COLUMN rrule"_s
-                                   << u"the calendar database of this phone has no Events.rrule"_s;
-        QTest::newRow("takes none") << u"CREATE TRIGGER e BEFORE INSERT ON Events BEGIN SELECT RAISE(IGNORE); END"_s
-                                    << u"the phone's database refused it"_s;
+        const DRTestTable<QString, QString> row("script", "why");
+        row("no table", u"DROP TABLE Reminders"_s, u"the calendar database of this phone has no Reminders"_s);
+        row("no column", u"ALTER TABLE Events DROP COLUMN rrule"_s,
+            u"the calendar database of this phone has no Events.rrule"_s);
+        row("takes none", u"CREATE TRIGGER e BEFORE INSERT ON Events BEGIN SELECT RAISE(IGNORE); END"_s,
+            u"the phone's database refused it"_s);
     }
 
     void uselessDatabasesAreLeftAlone()
@@ -270,9 +248,9 @@ private Q_SLOTS:
     /// Nothing is written once the transaction is lost, wherever that happens.
     void lostTransactionFails_data()
     {
-        QTest::addColumn<QString>("table");
+        const DRTestTable<QString> row("table");
         for (const char* table : {"Calendars", "Events", "Attendees", "Instances", "Reminders"}) {
-            QTest::newRow(table) << QString::fromLatin1(table);
+            row(table, QString::fromLatin1(table));
         }
     }
 

@@ -1,12 +1,12 @@
 #include "convert/calendar/DRRecurrence.h"
 #include "platform/core/DRLocalCalendar.h"
+#include "tests/support/DRTestTable.h"
 #include "tests/support/DRTestTimeZone.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
-#include <QTest>
 #include <QTimeZone>
 
 #include <limits>
@@ -110,11 +110,11 @@ private Q_SLOTS:
 
     void agreesWithDateutil_data()
     {
-        QTest::addColumn<QString>("zone");
+        const DRTestTable<QString> row("zone");
         for (const char* zone :
              {"UTC", "Europe/Berlin", "America/New_York", "Asia/Kathmandu", "Australia/Lord_Howe", "Pacific/Apia",
               "America/Sao_Paulo", "America/Mexico_City", "Africa/Cairo", "America/Nuuk"}) {
-            QTest::newRow(zone) << QString::fromLatin1(zone);
+            row(zone, QString::fromLatin1(zone));
         }
     }
 
@@ -142,26 +142,23 @@ private Q_SLOTS:
 
     void rules_data()
     {
-        QTest::addColumn<DRImportedEvent>("event");
-        QTest::addColumn<QString>("rule");
+        const DRTestTable<DRImportedEvent, QString> row("event", "rule");
 
         const QDateTime tuesday = utc("2014-03-04T12:00:00");
         const QDateTime sunday = utc("2014-03-02T12:00:00");
-        QTest::newRow("daily") << recurring(tuesday, 1, 2, 1) << u"FREQ=DAILY;INTERVAL=2;WKST=MO"_s;
-        QTest::newRow("weekly, own names of days")
-            << recurring(tuesday, 2, 2, 7) << u"FREQ=WEEKLY;INTERVAL=2;WKST=SU;BYDAY=TU"_s;
-        QTest::newRow("no week start turns Sunday into Monday")
-            << recurring(sunday, 2, 1, 0) << u"FREQ=WEEKLY;INTERVAL=1;WKST=SU;BYDAY=MO"_s;
-        QTest::newRow("a week start of 3 turns Tuesday into Friday")
-            << recurring(tuesday, 2, 1, 3) << u"FREQ=WEEKLY;INTERVAL=1;WKST=WE;BYDAY=FR"_s;
-        QTest::newRow("8 is no week start")
-            << recurring(tuesday, 2, 1, 8) << u"FREQ=WEEKLY;INTERVAL=1;WKST=SU;BYDAY=WE"_s;
-        QTest::newRow("monthly, in the zone already the 1st")
-            << recurring(utc("2014-01-31T20:00:00"), 3, 1) << u"FREQ=MONTHLY;INTERVAL=1;WKST=SU;BYMONTHDAY=1"_s;
-        QTest::newRow("weekly, in the zone already Wednesday")
-            << recurring(utc("2014-03-04T20:00:00"), 2, 1, 7) << u"FREQ=WEEKLY;INTERVAL=1;WKST=SU;BYDAY=WE"_s;
-        QTest::newRow("any other is yearly") << recurring(tuesday, 0, 1) << u"FREQ=YEARLY;INTERVAL=1;WKST=SU"_s;
-        QTest::newRow("negative") << recurring(tuesday, -3, -2, -1) << u"FREQ=YEARLY;INTERVAL=-2;WKST=SU"_s;
+        row("daily", recurring(tuesday, 1, 2, 1), u"FREQ=DAILY;INTERVAL=2;WKST=MO"_s);
+        row("weekly, own names of days", recurring(tuesday, 2, 2, 7), u"FREQ=WEEKLY;INTERVAL=2;WKST=SU;BYDAY=TU"_s);
+        row("no week start turns Sunday into Monday", recurring(sunday, 2, 1, 0),
+            u"FREQ=WEEKLY;INTERVAL=1;WKST=SU;BYDAY=MO"_s);
+        row("a week start of 3 turns Tuesday into Friday", recurring(tuesday, 2, 1, 3),
+            u"FREQ=WEEKLY;INTERVAL=1;WKST=WE;BYDAY=FR"_s);
+        row("8 is no week start", recurring(tuesday, 2, 1, 8), u"FREQ=WEEKLY;INTERVAL=1;WKST=SU;BYDAY=WE"_s);
+        row("monthly, in the zone already the 1st", recurring(utc("2014-01-31T20:00:00"), 3, 1),
+            u"FREQ=MONTHLY;INTERVAL=1;WKST=SU;BYMONTHDAY=1"_s);
+        row("weekly, in the zone already Wednesday", recurring(utc("2014-03-04T20:00:00"), 2, 1, 7),
+            u"FREQ=WEEKLY;INTERVAL=1;WKST=SU;BYDAY=WE"_s);
+        row("any other is yearly", recurring(tuesday, 0, 1), u"FREQ=YEARLY;INTERVAL=1;WKST=SU"_s);
+        row("negative", recurring(tuesday, -3, -2, -1), u"FREQ=YEARLY;INTERVAL=-2;WKST=SU"_s);
     }
 
     void rules()
@@ -173,9 +170,7 @@ private Q_SLOTS:
 
     void instances_data()
     {
-        QTest::addColumn<DRImportedEvent>("event");
-        QTest::addColumn<std::size_t>("count");
-        QTest::addColumn<QDateTime>("last");
+        const DRTestTable<DRImportedEvent, std::size_t, QDateTime> row("event", "count", "last");
 
         const QDateTime start = utc("2014-01-31T10:00:00");
         const QDateTime none;
@@ -183,28 +178,21 @@ private Q_SLOTS:
             event.recurrenceEndDate = end;
             return event;
         };
-        QTest::newRow("at most 100") << recurring(start, 2, 2) << std::size_t{100} << start.addDays(1400);
-        QTest::newRow("the 31st becomes the 28th for good")
-            << recurring(start, 3, 1) << std::size_t{100} << utc("2022-05-28T10:00:00");
-        QTest::newRow("29 February stays at the 28th")
-            << recurring(utc("2012-02-29T10:00:00"), 4, 1) << std::size_t{100} << utc("2112-02-28T10:00:00");
-        QTest::newRow("the end counts") << until(recurring(start, 1, 1), start.addDays(3)) << std::size_t{3}
-                                        << start.addDays(3);
-        QTest::newRow("just past the end")
-            << until(recurring(start, 1, 1), start.addDays(3).addMSecs(-1)) << std::size_t{2} << start.addDays(2);
-        QTest::newRow("end before the start")
-            << until(recurring(start, 1, 1), start.addDays(-1)) << std::size_t{0} << none;
-        QTest::newRow("the farthest is 100 years away")
-            << recurring(start, 4, 25) << std::size_t{4} << utc("2114-01-31T10:00:00");
-        QTest::newRow("interval 0") << recurring(start, 2, 0) << std::size_t{100} << start;
-        QTest::newRow("negative interval") << recurring(start, 1, -1) << std::size_t{100} << start.addDays(-100);
-        QTest::newRow("largest interval") << recurring(start, 4, kMost) << std::size_t{0} << none;
-        QTest::newRow("smallest interval") << recurring(start, 3, -kMost - 1) << std::size_t{0} << none;
-        QTest::newRow("latest start") << recurring(moment(std::numeric_limits<qint64>::max()), 1, 1) << std::size_t{0}
-                                      << none;
-        QTest::newRow("earliest start") << recurring(moment(std::numeric_limits<qint64>::min()), 1, 1) << std::size_t{0}
-                                        << none;
-        QTest::newRow("no start") << recurring({}, 1, 1) << std::size_t{0} << none;
+        row("at most 100", recurring(start, 2, 2), 100, start.addDays(1400));
+        row("the 31st becomes the 28th for good", recurring(start, 3, 1), 100, utc("2022-05-28T10:00:00"));
+        row("29 February stays at the 28th", recurring(utc("2012-02-29T10:00:00"), 4, 1), 100,
+            utc("2112-02-28T10:00:00"));
+        row("the end counts", until(recurring(start, 1, 1), start.addDays(3)), 3, start.addDays(3));
+        row("just past the end", until(recurring(start, 1, 1), start.addDays(3).addMSecs(-1)), 2, start.addDays(2));
+        row("end before the start", until(recurring(start, 1, 1), start.addDays(-1)), 0, none);
+        row("the farthest is 100 years away", recurring(start, 4, 25), 4, utc("2114-01-31T10:00:00"));
+        row("interval 0", recurring(start, 2, 0), 100, start);
+        row("negative interval", recurring(start, 1, -1), 100, start.addDays(-100));
+        row("largest interval", recurring(start, 4, kMost), 0, none);
+        row("smallest interval", recurring(start, 3, -kMost - 1), 0, none);
+        row("latest start", recurring(moment(std::numeric_limits<qint64>::max()), 1, 1), 0, none);
+        row("earliest start", recurring(moment(std::numeric_limits<qint64>::min()), 1, 1), 0, none);
+        row("no start", recurring({}, 1, 1), 0, none);
     }
 
     void instances()
@@ -231,17 +219,15 @@ private Q_SLOTS:
 
     void columns_data()
     {
-        QTest::addColumn<qint64>("milliseconds");
-        QTest::addColumn<qint64>("day");
-        QTest::addColumn<qint64>("minute");
+        const DRTestTable<qint64, qint64, qint64> row("milliseconds", "day", "minute");
 
-        QTest::newRow("1970") << qint64{0} << qint64{2440588} << qint64{0};
-        QTest::newRow("a second before the day's end") << qint64{86'399'000} << qint64{2440588 + 1} << qint64{1439};
-        QTest::newRow("two minutes before it") << qint64{86'280'000} << qint64{2440588} << qint64{1438};
-        QTest::newRow("just before 1970") << qint64{-999} << qint64{2440588} << qint64{0};
-        QTest::newRow("a second before 1970") << qint64{-1000} << qint64{2440588} << qint64{1439};
-        QTest::newRow("a day before 1970") << qint64{-86'400'000} << qint64{2440587} << qint64{0};
-        QTest::newRow("latest") << std::numeric_limits<qint64>::max() << qint64{106754431755} << qint64{432};
+        row("1970", 0, 2440588, 0);
+        row("a second before the day's end", 86'399'000, qint64{2440588 + 1}, 1439);
+        row("two minutes before it", 86'280'000, 2440588, 1438);
+        row("just before 1970", -999, 2440588, 0);
+        row("a second before 1970", -1000, 2440588, 1439);
+        row("a day before 1970", -86'400'000, 2440587, 0);
+        row("latest", std::numeric_limits<qint64>::max(), 106754431755, 432);
     }
 
     void columns()
@@ -256,16 +242,14 @@ private Q_SLOTS:
 
     void spans_data()
     {
-        QTest::addColumn<QDateTime>("end");
-        QTest::addColumn<qint64>("milliseconds");
-        QTest::addColumn<qint64>("duration");
+        const DRTestTable<QDateTime, qint64, qint64> row("end", "milliseconds", "duration");
 
-        QTest::newRow("no end") << QDateTime() << qint64{1000} << qint64{1};
-        QTest::newRow("end before the start") << moment(999) << qint64{1000} << qint64{1};
-        QTest::newRow("less than a second") << moment(1999) << qint64{1999} << qint64{1};
-        QTest::newRow("cut to seconds") << moment(3999) << qint64{3999} << qint64{2};
+        row("no end", {}, 1000, 1);
+        row("end before the start", moment(999), 1000, 1);
+        row("less than a second", moment(1999), 1999, 1);
+        row("cut to seconds", moment(3999), 3999, 2);
         const qint64 latest = std::numeric_limits<qint64>::max();
-        QTest::newRow("endless") << moment(latest) << latest << (latest - 1000) / 1000;
+        row("endless", moment(latest), latest, (latest - 1000) / 1000);
     }
 
     void spans()

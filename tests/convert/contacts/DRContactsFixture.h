@@ -1,43 +1,16 @@
 #pragma once
 
 #include "convert/contacts/DRMigrateIPhoneAddressBook.h"
-#include "platform/core/DRDigest.h"
-#include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestServices.h"
-
-#include <QDir>
-#include <QFile>
-
-inline QByteArray contentsOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// Writes the file, making the folders above it.
-inline bool writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly) &&
-           file.write(bytes) == bytes.size();
-}
+#include "tests/convert/DRConverterFixture.h"
 
 /// An iPhone backup with the three databases of contacts and calls, as far as a test makes them.
-struct DRContactsFixture {
-    DRTestServices test;
-
-    [[nodiscard]] QString path(const QString& relative) const { return test.root.filePath(relative); }
-
-    /// Where the backup keeps a file.
-    [[nodiscard]] QString backedUp(const QString& domainPath) const
-    {
-        return path(QStringLiteral("backup/") + sha1HexString(domainPath));
-    }
+struct DRContactsFixture : DRConverterFixture {
+    using DRConverterFixture::DRConverterFixture;
 
     [[nodiscard]] bool makeAddressBook(const QString& rows) const
     {
-        return make(
-            kAddressBook,
+        return run(
+            backedUp(kAddressBook),
             QStringLiteral(
                 "CREATE TABLE ABMultiValueLabel (value TEXT, UNIQUE(value));"
                 "CREATE TABLE ABMultiValueEntryKey (value TEXT, UNIQUE(value));"
@@ -57,34 +30,22 @@ struct DRContactsFixture {
     }
     [[nodiscard]] bool makePictures(const QString& rows) const
     {
-        return make(kImages,
-                    QStringLiteral("CREATE TABLE ABFullSizeImage (ROWID INTEGER PRIMARY KEY, record_id INTEGER, "
-                                   "data BLOB);") +
-                        rows);
+        return run(backedUp(kImages),
+                   QStringLiteral("CREATE TABLE ABFullSizeImage (ROWID INTEGER PRIMARY KEY, record_id INTEGER, "
+                                  "data BLOB);") +
+                       rows);
     }
     [[nodiscard]] bool makeCalls(const QString& rows) const
     {
-        return make(kCalls, QStringLiteral("CREATE TABLE call (ROWID INTEGER PRIMARY KEY, address TEXT, date INTEGER, "
-                                           "duration INTEGER, flags INTEGER);") +
-                                rows);
+        return run(backedUp(kCalls),
+                   QStringLiteral("CREATE TABLE call (ROWID INTEGER PRIMARY KEY, address TEXT, date INTEGER, "
+                                  "duration INTEGER, flags INTEGER);") +
+                       rows);
     }
 
-    [[nodiscard]] std::shared_ptr<DRMigrateIPhoneAddressBook> iPhoneSide() const
-    {
-        auto book = std::make_shared<DRMigrateIPhoneAddressBook>(test.services);
-        book->setSourcePath(path(QStringLiteral("backup")));
-        return book;
-    }
+    [[nodiscard]] auto iPhoneSide() const { return DRConverterFixture::iPhoneSide<DRMigrateIPhoneAddressBook>(); }
 
     static inline const QString kAddressBook = QStringLiteral("HomeDomain-Library/AddressBook/AddressBook.sqlitedb");
     static inline const QString kImages = QStringLiteral("HomeDomain-Library/AddressBook/AddressBookImages.sqlitedb");
     static inline const QString kCalls = QStringLiteral("WirelessDomain-Library/CallHistory/call_history.db");
-
-private:
-    [[nodiscard]] bool make(const QString& domainPath, const QString& sql) const
-    {
-        QDir().mkpath(path(QStringLiteral("backup")));
-        auto database = DRDatabase::open(backedUp(domainPath), DRDatabase::Profile::Create);
-        return database && database->executeScript(sql);
-    }
 };

@@ -1,6 +1,5 @@
 #include "convert/contacts/DRCallLogText.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -35,34 +34,24 @@ private Q_SLOTS:
 
     void bases_data()
     {
-        QTest::addColumn<QByteArray>("existing");
-        QTest::addColumn<qint64>("firstId");
-        QTest::addColumn<bool>("isKept");
-        QTest::addColumn<bool>("losesCalls");
+        const DRTestTable<QByteArray, qint64, bool, bool> row("existing", "firstId", "isKept", "losesCalls");
 
-        QTest::newRow("none") << QByteArray() << 1LL << false << false;
-        QTest::newRow("without calls") << kEmptyLog << 1LL << false << false;
-        QTest::newRow("highest of several") << logWith({"3", "7", "5"}) << 7LL << true << false;
-        QTest::newRow("only 1") << logWith({"1"}) << 1LL << false << true;
-        QTest::newRow("only 0") << logWith({"0", "0"}) << 1LL << false << true;
-        QTest::newRow("no number in it") << logWith({"x", "", "-9"}) << 1LL << false << true;
-        QTest::newRow("blanks and rest") << logWith({"\n                              0012 minutes"}) << 12LL << true
-                                         << false;
-        QTest::newRow("other elements") << QByteArray("<CallLogList><Call x='1'><ID>1</ID></Call></CallLogList>") << 1LL
-                                        << false << true;
-        QTest::newRow("beyond 64 bits") << logWith({"99999999999999999999999999"}) << std::numeric_limits<qint64>::max()
-                                        << true << false;
-        QTest::newRow("other letter case")
-            << QByteArray("<calllist><call><iD>8</Id></CALLLOGLIST>") << 8LL << true << false;
+        row("none", {}, 1, false, false);
+        row("without calls", kEmptyLog, 1, false, false);
+        row("highest of several", logWith({"3", "7", "5"}), 7, true, false);
+        row("only 1", logWith({"1"}), 1, false, true);
+        row("only 0", logWith({"0", "0"}), 1, false, true);
+        row("no number in it", logWith({"x", "", "-9"}), 1, false, true);
+        row("blanks and rest", logWith({"\n                              0012 minutes"}), 12, true, false);
+        row("other elements", "<CallLogList><Call x='1'><ID>1</ID></Call></CallLogList>", 1, false, true);
+        row("beyond 64 bits", logWith({"99999999999999999999999999"}), std::numeric_limits<qint64>::max(), true, false);
+        row("other letter case", "<calllist><call><iD>8</Id></CALLLOGLIST>", 8, true, false);
         // A letter that becomes longer when it is lower-cased must not move the place of the closing tag.
-        QTest::newRow("letters that grow")
-            << QByteArray("\u0130\u0130<call><id>8</id></CallLogList>") << 8LL << true << false;
-        QTest::newRow("closing tag at the very start")
-            << QByteArray("</CallLogList><call><ID>8</ID>") << 1LL << false << true;
-        QTest::newRow("cut off") << logWith({"8", "9"}).chopped(3) << 1LL << false << true;
-        QTest::newRow("not UTF-8") << logWith({"8"}).replace("8", "8\xFF") << 1LL << false << true;
-        QTest::newRow("an ID without an end")
-            << QByteArray("<call><id>5</id><id>9</CallLogList>") << 5LL << true << false;
+        row("letters that grow", "\u0130\u0130<call><id>8</id></CallLogList>", 8, true, false);
+        row("closing tag at the very start", "</CallLogList><call><ID>8</ID>", 1, false, true);
+        row("cut off", logWith({"8", "9"}).chopped(3), 1, false, true);
+        row("not UTF-8", logWith({"8"}).replace("8", "8\xFF"), 1, false, true);
+        row("an ID without an end", "<call><id>5</id><id>9</CallLogList>", 5, true, false);
     }
 
     void bases()
@@ -102,14 +91,13 @@ private Q_SLOTS:
 
     void numbersThatBreakTheLog_data()
     {
-        QTest::addColumn<QString>("number");
-        QTest::addColumn<bool>("breaks");
-        QTest::newRow("plain") << u"+49 (170) 5#*,;"_s << false;
-        QTest::newRow("ampersand") << u"a&b"_s << true;
-        QTest::newRow("less-than") << u"<5"_s << true;
-        QTest::newRow("greater-than") << u"a>b"_s << false;
-        QTest::newRow("control character") << u"5\x01"_s << true;
-        QTest::newRow("end of a section") << u"]]>"_s << true;
+        const DRTestTable<QString, bool> row("number", "breaks");
+        row("plain", u"+49 (170) 5#*,;"_s, false);
+        row("ampersand", u"a&b"_s, true);
+        row("less-than", u"<5"_s, true);
+        row("greater-than", u"a>b"_s, false);
+        row("control character", u"5\x01"_s, true);
+        row("end of a section", u"]]>"_s, true);
     }
 
     void numbersThatBreakTheLog()

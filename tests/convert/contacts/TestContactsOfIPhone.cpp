@@ -1,8 +1,7 @@
 #include "convert/contacts/DRContactCard.h"
 #include "convert/contacts/DRPersonReader.h"
 #include "tests/convert/contacts/DRContactsFixture.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 #include <ctime>
 
@@ -41,10 +40,10 @@ private Q_SLOTS:
     /// An iPhone keeps the start of the day in its own time zone, which is taken to be the computer's.
     void birthdaysKeepTheirDayInEveryTimeZone_data()
     {
-        QTest::addColumn<QByteArray>("zone");
+        const DRTestTable<QByteArray> row("zone");
         for (const char* zone : {"Pacific/Kiritimati", "Pacific/Pago_Pago", "America/New_York", "Europe/Amsterdam",
                                  "UTC", "Asia/Kathmandu", "Pacific/Apia", "America/Sao_Paulo", "Africa/Monrovia"}) {
-            QTest::newRow(zone) << QByteArray(zone);
+            row(zone, QByteArray(zone));
         }
     }
 
@@ -89,20 +88,20 @@ private Q_SLOTS:
 
     void contactsBecomeCards_data()
     {
-        QTest::addColumn<QString>("name");
+        const DRTestTable<QString> row("name");
         const QDir folder(QStringLiteral(MIGRATE_TEST_DATA "/contacts"));
         for (const QString& file : folder.entryList({u"*.sql"_s})) {
-            QTest::newRow(qPrintable(file)) << folder.filePath(file.chopped(4));
+            row(qPrintable(file), folder.filePath(file.chopped(4)));
         }
     }
 
     void contactsBecomeCards()
     {
         QFETCH(const QString, name);
-        QVERIFY(m_fixture->makeAddressBook(QString::fromUtf8(contentsOf(name + u".sql"_s))));
+        QVERIFY(m_fixture->makeAddressBook(QString::fromUtf8(readFile(name + u".sql"_s))));
         const auto book = m_fixture->iPhoneSide();
         QVERIFY(book->load());
-        const QByteArray expected = contentsOf(name + u".expected"_s);
+        const QByteArray expected = readFile(name + u".expected"_s);
         QCOMPARE(QString::fromUtf8(cardsOf(*book)), QString::fromUtf8(expected));
         QCOMPARE(book->report().found, expected.count("BEGIN:VCARD"));
         QVERIFY(book->report().skipped.empty());
@@ -110,16 +109,15 @@ private Q_SLOTS:
 
     void textsBecomeDates_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<double>("seconds");
-        QTest::newRow("as the iPhone stores it") << u"-547783200.000000"_s << -547783200.0;
-        QTest::newRow("exponent") << u"1.5e3"_s << 1500.0;
-        QTest::newRow("comma") << u"1,5"_s << 0.0;
-        QTest::newRow("word") << u"x"_s << 0.0;
-        QTest::newRow("number and more") << u"12 June"_s << 0.0;
-        QTest::newRow("missing") << QString() << 0.0;
-        QTest::newRow("infinite") << u"inf"_s << 0.0;
-        QTest::newRow("not a number") << u"nan"_s << 0.0;
+        const DRTestTable<QString, double> row("text", "seconds");
+        row("as the iPhone stores it", u"-547783200.000000"_s, -547783200.0);
+        row("exponent", u"1.5e3"_s, 1500.0);
+        row("comma", u"1,5"_s, 0.0);
+        row("word", u"x"_s, 0.0);
+        row("number and more", u"12 June"_s, 0.0);
+        row("missing", {}, 0.0);
+        row("infinite", u"inf"_s, 0.0);
+        row("not a number", u"nan"_s, 0.0);
     }
 
     void textsBecomeDates()
@@ -167,23 +165,19 @@ private Q_SLOTS:
 
     void brokenDatabases_data()
     {
-        QTest::addColumn<QStringList>("broken"); ///< databases that hold no SQLite
-        QTest::addColumn<QStringList>("missing");
-        QTest::addColumn<bool>("isLoaded");
-        QTest::addColumn<bool>("isNotInBackup");
-        QTest::addColumn<int>("calls");
-        QTest::addColumn<int>("skipped");
+        // broken: databases that hold no SQLite
+        const DRTestTable<QStringList, QStringList, bool, bool, int, int> row("broken", "missing", "isLoaded",
+                                                                              "isNotInBackup", "calls", "skipped");
         const QString book = DRContactsFixture::kAddressBook;
         const QString images = DRContactsFixture::kImages;
         const QString calls = DRContactsFixture::kCalls;
-        QTest::newRow("all there") << QStringList() << QStringList() << true << false << 1 << 0;
-        QTest::newRow("only the address book")
-            << QStringList() << QStringList{images, calls} << true << false << 0 << 0;
-        QTest::newRow("nothing") << QStringList() << QStringList{book, images, calls} << false << true << 0 << 0;
-        QTest::newRow("no address book") << QStringList() << QStringList{book} << false << false << 1 << 1;
-        QTest::newRow("broken address book") << QStringList{book} << QStringList() << false << false << 1 << 1;
-        QTest::newRow("broken pictures") << QStringList{images} << QStringList() << true << false << 1 << 1;
-        QTest::newRow("broken calls") << QStringList{calls} << QStringList() << true << false << 0 << 1;
+        row("all there", {}, {}, true, false, 1, 0);
+        row("only the address book", {}, {images, calls}, true, false, 0, 0);
+        row("nothing", {}, {book, images, calls}, false, true, 0, 0);
+        row("no address book", {}, {book}, false, false, 1, 1);
+        row("broken address book", {book}, {}, false, false, 1, 1);
+        row("broken pictures", {images}, {}, true, false, 1, 1);
+        row("broken calls", {calls}, {}, true, false, 0, 1);
     }
 
     void brokenDatabases()
@@ -209,11 +203,9 @@ private Q_SLOTS:
 
     void olderSchemasAreRead()
     {
-        QVERIFY(QDir().mkpath(m_fixture->path(u"backup"_s)));
-        auto database =
-            DRDatabase::open(m_fixture->backedUp(DRContactsFixture::kAddressBook), DRDatabase::Profile::Create);
-        QVERIFY(database && database->executeScript(u"CREATE TABLE ABPerson (ROWID INTEGER PRIMARY KEY, First TEXT);"
-                                                    "INSERT INTO ABPerson VALUES (1, 'Ada');"_s));
+        QVERIFY(DRContactsFixture::run(m_fixture->backedUp(DRContactsFixture::kAddressBook),
+                                       u"CREATE TABLE ABPerson (ROWID INTEGER PRIMARY KEY, First TEXT);"
+                                       "INSERT INTO ABPerson VALUES (1, 'Ada');"_s));
         const auto book = m_fixture->iPhoneSide();
         QVERIFY(book->load());
         QVERIFY(cardsOf(*book).contains("\nFN:Ada\n"));

@@ -4,8 +4,7 @@
 #include "convert/contacts/DRVCardFile.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "tests/convert/contacts/DRContactsFixture.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -18,7 +17,7 @@ QByteArray rewritten(const QString& path)
 {
     const DRVCardFile::Contents contents = DRVCardFile::read(path);
     const DREntryList cards(contents.cards.begin(), contents.cards.end());
-    return DRVCardFile::write(path, cards, {}) ? contentsOf(path) : "not written";
+    return DRVCardFile::write(path, cards, {}) ? readFile(path) : "not written";
 }
 
 } // namespace
@@ -28,11 +27,6 @@ class TestContactsOnPhone : public QObject {
 
 private:
     std::unique_ptr<DRContactsFixture> m_fixture;
-
-    [[nodiscard]] QString inApp(const QString& file) const
-    {
-        return m_fixture->path(u"work/%1/apps/%1/%2"_s.arg(kPacketID, file));
-    }
 
     /// A packet of the phone with these files below its app's folder.
     [[nodiscard]] bool makePacket(const QMap<QString, QByteArray>& files) const
@@ -49,44 +43,27 @@ private:
                              folder, paths, m_fixture->path(u"phone/%1/fullbackupdata"_s.arg(kPacketID)));
     }
 
-    [[nodiscard]] std::shared_ptr<DRMigrateAndroidAddressBook> phoneSide() const
-    {
-        auto book = std::make_shared<DRMigrateAndroidAddressBook>(m_fixture->test.services);
-        book->setSourcePath(m_fixture->path(u"phone"_s));
-        book->setTargetPath(m_fixture->path(u"work"_s));
-        book->setPacketID(kPacketID);
-        return book;
-    }
+    [[nodiscard]] auto phoneSide() const { return m_fixture->phoneSide<DRMigrateAndroidAddressBook>(); }
 
 private Q_SLOTS:
-
-    void init()
-    {
-        m_fixture = std::make_unique<DRContactsFixture>();
-        QVERIFY(QDir().mkpath(m_fixture->path(u"phone/"_s + kPacketID)));
-    }
+    void init() { m_fixture = std::make_unique<DRContactsFixture>(kPacketID); }
 
     void cardsAreFound_data()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QByteArray>("cards");
-        QTest::addColumn<bool>("isReadable");
-        QTest::addColumn<bool>("isDamaged");
+        const DRTestTable<QByteArray, QByteArray, bool, bool> row("file", "cards", "isReadable", "isDamaged");
 
         const QByteArray one = "BEGIN:VCARD\r\nFN:One\r\nEND:VCARD";
         const QByteArray two = "BEGIN:VCARD\nFN:\xC3\x96\nEND:VCARD";
-        QTest::newRow("empty") << QByteArray("") << QByteArray() << true << false;
-        QTest::newRow("blank lines between") << one + "\r\n\r\n\n" + two + "\n"
-                                             << one + '\n' + two + '\n'
-                                             << true << false;
-        QTest::newRow("nothing between") << one + two << one + '\n' + two + '\n' << true << false;
-        QTest::newRow("mark of the encoding") << "\xEF\xBB\xBF" + one << one + '\n' << true << false;
-        QTest::newRow("text outside") << "hello " + one + " you" << one + '\n' << true << true;
-        QTest::newRow("no end") << one + "\nBEGIN:VCARD\nFN:Lost" << one + '\n' << true << true;
-        QTest::newRow("other letter case") << QByteArray("begin:vcard\nend:vcard") << QByteArray() << true << true;
-        QTest::newRow("begin in a card") << "BEGIN:VCARD\n" + one << "BEGIN:VCARD\n" + one + '\n' << true << false;
-        QTest::newRow("not UTF-8") << one + "\xFF" << QByteArray() << false << false;
-        QTest::newRow("cut in a character") << one + "\xC3" << QByteArray() << false << false;
+        row("empty", "", {}, true, false);
+        row("blank lines between", one + "\r\n\r\n\n" + two + "\n", one + '\n' + two + '\n', true, false);
+        row("nothing between", one + two, one + '\n' + two + '\n', true, false);
+        row("mark of the encoding", "\xEF\xBB\xBF" + one, one + '\n', true, false);
+        row("text outside", "hello " + one + " you", one + '\n', true, true);
+        row("no end", one + "\nBEGIN:VCARD\nFN:Lost", one + '\n', true, true);
+        row("other letter case", "begin:vcard\nend:vcard", {}, true, true);
+        row("begin in a card", "BEGIN:VCARD\n" + one, "BEGIN:VCARD\n" + one + '\n', true, false);
+        row("not UTF-8", one + "\xFF", {}, false, false);
+        row("cut in a character", one + "\xC3", {}, false, false);
 
         // The reading goes chunk by chunk: markers and characters lie across every border of them.
         QByteArray large;
@@ -97,7 +74,7 @@ private Q_SLOTS:
             large += card + '\n';
             expected += card + '\n';
         }
-        QTest::newRow("large") << large << expected << true << false;
+        row("large", large, expected, true, false);
     }
 
     void cardsAreFound()
@@ -139,13 +116,13 @@ private Q_SLOTS:
         const QString app = folder + u"/apps/%1/"_s.arg(kPacketID);
         QCOMPARE(QDir(app + u"f"_s).entryList(QDir::Files, QDir::Name),
                  (QStringList{u"TempCallLogs"_s, u"full_backup_vcard.vcf"_s}));
-        const QByteArray cards = contentsOf(app + u"f/full_backup_vcard.vcf"_s);
+        const QByteArray cards = readFile(app + u"f/full_backup_vcard.vcf"_s);
         QVERIFY(cards.startsWith(phoneCard + "\nBEGIN:VCARD\r\n"));
         QCOMPARE(cards.count("BEGIN:VCARD"), 3);
         QVERIFY(cards.indexOf("FN:Ada") < cards.indexOf("FN:Bo"));
         QVERIFY(cards.indexOf("PHOTO;ENCODING=b;TYPE=JPEG:/9j/AA==") > cards.indexOf("FN:Bo"));
         QCOMPARE(cards.count("PHOTO"), 1);
-        QCOMPARE(contentsOf(app + u"f/TempCallLogs"_s),
+        QCOMPARE(readFile(app + u"f/TempCallLogs"_s),
                  "<CallLogList><Call><ID>4</ID></Call><Call><ID>4</ID><Number>5</Number><Date>9000</Date><Duration>3"
                  "</Duration><Type>2</Type><NumberType>0</NumberType></Call></CallLogList>");
 
@@ -161,20 +138,15 @@ private Q_SLOTS:
 
     void lossesAreTold_data()
     {
-        QTest::addColumn<QByteArray>("cards");
-        QTest::addColumn<QByteArray>("callLog");
-        QTest::addColumn<int>("warnings");
-        QTest::addColumn<int>("skipped");
+        const DRTestTable<QByteArray, QByteArray, int, int> row("cards", "callLog", "warnings", "skipped");
         const QByteArray card = "BEGIN:VCARD\nEND:VCARD\n";
         const QByteArray log = "<CallLogList><Call><ID>2</ID></Call></CallLogList>";
-        QTest::newRow("nothing lost") << card << log << 1 << 0; // but for the number with an ampersand
-        QTest::newRow("contacts not UTF-8") << card + '\xFF' << log << 2 << 1;
-        QTest::newRow("contact without an end") << card.chopped(5) << log << 2 << 1;
-        QTest::newRow("contacts of another version")
-            << QByteArray("BEGIN:VCARD\r\nVERSION:2.1\r\nEND:VCARD\r\n") << log << 2 << 0;
-        QTest::newRow("call log replaced") << card << QByteArray(log).replace("2", "1") << 2 << 0;
-        QTest::newRow("call log with other elements")
-            << card << QByteArray("<CallLogList><Call x='1'><ID>1</ID></Call></CallLogList>") << 2 << 0;
+        row("nothing lost", card, log, 1, 0); // but for the number with an ampersand
+        row("contacts not UTF-8", card + '\xFF', log, 2, 1);
+        row("contact without an end", card.chopped(5), log, 2, 1);
+        row("contacts of another version", "BEGIN:VCARD\r\nVERSION:2.1\r\nEND:VCARD\r\n", log, 2, 0);
+        row("call log replaced", card, QByteArray(log).replace("2", "1"), 2, 0);
+        row("call log with other elements", card, "<CallLogList><Call x='1'><ID>1</ID></Call></CallLogList>", 2, 0);
     }
 
     void lossesAreTold()
@@ -204,7 +176,7 @@ private Q_SLOTS:
         ignored->setIgnoreDataType(true);
         const auto source = m_fixture->iPhoneSide();
         QVERIFY(ignored->load() && ignored->mergeDataFrom(*source) && ignored->save());
-        QVERIFY(!QFileInfo::exists(inApp(u"f/TempCallLogs"_s)));
+        QVERIFY(!QFileInfo::exists(m_fixture->inApp(u"f/TempCallLogs"_s)));
     }
 
     /// What cannot be written must not be packed, or the phone would lose what it has.
@@ -217,14 +189,14 @@ private Q_SLOTS:
 
         const auto target = phoneSide();
         QVERIFY(target->load());
-        QVERIFY(writeFile(inApp(u"f/TempCallLogs/in the way"_s), "x"));
+        QVERIFY(writeFile(m_fixture->inApp(u"f/TempCallLogs/in the way"_s), "x"));
         QVERIFY(target->mergeDataFrom(*source)); // which it always does
         QCOMPARE(target->report().skipped.size(), 1U);
         QVERIFY(!target->save());
 
-        QVERIFY(QDir(inApp(u"f/TempCallLogs"_s)).removeRecursively());
-        QVERIFY(QFile::remove(inApp(u"f/full_backup_vcard.vcf"_s)));
-        QVERIFY(writeFile(inApp(u"f/full_backup_vcard.vcf/in the way"_s), "x"));
+        QVERIFY(QDir(m_fixture->inApp(u"f/TempCallLogs"_s)).removeRecursively());
+        QVERIFY(QFile::remove(m_fixture->inApp(u"f/full_backup_vcard.vcf"_s)));
+        QVERIFY(writeFile(m_fixture->inApp(u"f/full_backup_vcard.vcf/in the way"_s), "x"));
         QVERIFY(target->mergeDataFrom(*source));
         QVERIFY(!target->save());
         QCOMPARE(target->report().skipped.back().what, u"All contacts"_s);

@@ -1,49 +1,22 @@
 #pragma once
 
 #include "model/backup_entry/DRMigrateDataType.h"
-#include "platform/core/DRDigest.h"
 #include "platform/device/DRDCFile.h"
-#include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestServices.h"
-
-#include <QDir>
-#include <QFile>
+#include "tests/convert/DRConverterFixture.h"
 
 /// An iPhone backup with databases and media files.
-struct DRMediaFixture {
-    DRTestServices test;
-
-    DRMediaFixture() { QDir().mkpath(backup()); }
-
-    [[nodiscard]] QString backup() const { return QDir(test.root.path()).canonicalPath() + QStringLiteral("/backup"); }
-
-    /// Where the backup keeps a file.
-    [[nodiscard]] QString backedUp(const QString& domainPath) const
-    {
-        return backup() + u'/' + sha1HexString(domainPath);
-    }
-
+struct DRMediaFixture : DRConverterFixture {
     /// Makes a database of the backup from a script; none from an empty one.
     [[nodiscard]] bool makeDatabase(const QString& domainPath, const QString& sql) const
     {
-        if (sql.isEmpty()) {
-            return true;
-        }
-        auto made = DRDatabase::open(backedUp(domainPath), DRDatabase::Profile::Create);
-        return made && made->executeScript(QStringLiteral("BEGIN;") + sql + QStringLiteral("COMMIT;"));
-    }
-
-    [[nodiscard]] static bool write(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
+        return sql.isEmpty() || run(backedUp(domainPath), QStringLiteral("BEGIN;") + sql + QStringLiteral("COMMIT;"));
     }
 
     /// Puts files into the backup; each holds its own path.
     [[nodiscard]] bool addFiles(const QStringList& domainPaths) const
     {
         for (const QString& domainPath : domainPaths) {
-            if (!write(backedUp(domainPath), domainPath.toUtf8())) {
+            if (!writeFile(backedUp(domainPath), domainPath.toUtf8())) {
                 return false;
             }
         }

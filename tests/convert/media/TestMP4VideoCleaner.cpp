@@ -27,12 +27,6 @@ const QByteArray kCleanFilm = film({});
 const QByteArray kFilm = film(box("udta", "where it was made"));
 const QDateTime kTime(QDate(2013, 7, 8), QTime(9, 10, 11), Qt::UTC);
 
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 } // namespace
 
 class TestMP4VideoCleaner : public QObject {
@@ -83,16 +77,16 @@ private Q_SLOTS:
             QCOMPARE(cleaned.at(kept), files.at(kept));
         }
         QCOMPARE(cleaned.at(0)->sourcePath(), inflateFolder() + u"/cleanedVideos/video"_s);
-        QCOMPARE(contentOf(cleaned.at(0)->sourcePath()), kCleanFilm);
+        QCOMPARE(readFile(cleaned.at(0)->sourcePath()), kCleanFilm);
         QCOMPARE(cleaned.at(0)->filesize(), static_cast<quint64>(kCleanFilm.size()));
         QCOMPARE(cleaned.at(0)->fileKind(), 0x08U);
         QCOMPARE(cleaned.at(0)->displayName(), u"IMG_1.MOV"_s);
         QCOMPARE(QFileInfo(cleaned.at(0)->sourcePath()).lastModified().toUTC(), kTime);
-        QCOMPARE(contentOf(cleaned.at(2)->sourcePath()), kCleanFilm + box("free", "other"));
+        QCOMPARE(readFile(cleaned.at(2)->sourcePath()), kCleanFilm + box("free", "other"));
         QCOMPARE(cleaned.at(2)->fileKind(), 0x20U);
         QCOMPARE(cleaned.at(2)->displayName(), u"video"_s);
         QCOMPARE(cleaned.at(6)->sourcePath(), cleaned.at(0)->sourcePath());
-        QCOMPARE(contentOf(first->sourcePath()), kFilm);
+        QCOMPARE(readFile(first->sourcePath()), kFilm);
     }
 
     void brokenVideoIsKept()
@@ -103,7 +97,7 @@ private Q_SLOTS:
                 const auto file = record(u"broken"_s, bytes, 0x08);
                 const auto [cleaned, dropped] = m_cleaner.cleanEntries({file});
                 QVERIFY(dropped.empty());
-                const QByteArray result = contentOf(cleaned.at(0)->sourcePath());
+                const QByteArray result = readFile(cleaned.at(0)->sourcePath());
                 QVERIFY(cleaned.at(0) == file ? result == bytes : !result.contains("udta"));
             }
         }

@@ -5,8 +5,7 @@
 #include "platform/device/DRDCNotifications.h"
 #include "tests/support/DRTestDevice.h"
 #include "tests/support/DRTestServices.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -56,14 +55,11 @@ private Q_SLOTS:
 
     void kindsSelectPhotosAndVideos_data()
     {
-        QTest::addColumn<quint32>("mask");
-        QTest::addColumn<QStringList>("names");
-        QTest::addColumn<quint64>("bytes");
-        QTest::newRow("photos") << quint32{0x10} << QStringList{u"photo.jpg"_s} << quint64{100};
-        QTest::newRow("videos") << quint32{0x28} << QStringList{u"video.mov"_s, u"clip.mp4"_s} << quint64{32000};
-        QTest::newRow("both") << quint32{0x38} << QStringList{u"photo.jpg"_s, u"video.mov"_s, u"clip.mp4"_s}
-                              << quint64{32100};
-        QTest::newRow("none") << quint32{0} << QStringList{} << quint64{0};
+        const DRTestTable<quint32, QStringList, quint64> row("mask", "names", "bytes");
+        row("photos", 0x10, {u"photo.jpg"_s}, 100);
+        row("videos", 0x28, {u"video.mov"_s, u"clip.mp4"_s}, 32000);
+        row("both", 0x38, {u"photo.jpg"_s, u"video.mov"_s, u"clip.mp4"_s}, 32100);
+        row("none", 0, {}, 0);
     }
 
     void kindsSelectPhotosAndVideos()
@@ -153,14 +149,13 @@ private Q_SLOTS:
 
     void namesFromElsewhereStayInTheFolder_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("path");
-        QTest::newRow("usual") << u"IMG_0001.JPG"_s << u"TarvexTransfer/Media/IMG_0001.JPG"_s;
-        QTest::newRow("path") << u"../../a/b.jpg"_s << u"TarvexTransfer/Media/_._.._a_b.jpg"_s;
-        QTest::newRow("folder above") << u".."_s << u"TarvexTransfer/Media/_."_s;
-        QTest::newRow("hides its folder") << u".nomedia"_s << u"TarvexTransfer/Media/_nomedia"_s;
-        QTest::newRow("folder itself") << u"."_s << u"TarvexTransfer/Media/_"_s;
-        QTest::newRow("no character") << QString(QChar::Null) << u"TarvexTransfer/Media/_"_s;
+        const DRTestTable<QString, QString> row("name", "path");
+        row("usual", u"IMG_0001.JPG"_s, u"TarvexTransfer/Media/IMG_0001.JPG"_s);
+        row("path", u"../../a/b.jpg"_s, u"TarvexTransfer/Media/_._.._a_b.jpg"_s);
+        row("folder above", u".."_s, u"TarvexTransfer/Media/_."_s);
+        row("hides its folder", u".nomedia"_s, u"TarvexTransfer/Media/_nomedia"_s);
+        row("folder itself", u"."_s, u"TarvexTransfer/Media/_"_s);
+        row("no character", QString(QChar::Null), u"TarvexTransfer/Media/_"_s);
     }
 
     void namesFromElsewhereStayInTheFolder()
@@ -178,14 +173,11 @@ private Q_SLOTS:
 
     void cleaningIsForOldPhonesOnly_data()
     {
-        QTest::addColumn<quint32>("android");
-        QTest::addColumn<quint32>("kinds");
-        QTest::addColumn<int>("files");
-        QTest::addColumn<QStringList>("skipped");
-        QTest::newRow("2") << quint32{2} << quint32{0x38} << 1 << QStringList{u"video.mov"_s, u"clip.mp4"_s};
-        QTest::newRow("2, photos only") << quint32{2} << quint32{0x10} << 3 << QStringList{};
-        QTest::newRow("3") << quint32{3} << quint32{0x38} << 3 << QStringList{};
-        QTest::newRow("no phone") << quint32{0} << quint32{0x38} << 3 << QStringList{};
+        const DRTestTable<quint32, quint32, int, QStringList> row("android", "kinds", "files", "skipped");
+        row("2", 2, 0x38, 1, {u"video.mov"_s, u"clip.mp4"_s});
+        row("2, photos only", 2, 0x10, 3, {});
+        row("3", 3, 0x38, 3, {});
+        row("no phone", 0, 0x38, 3, {});
     }
 
     void cleaningIsForOldPhonesOnly()

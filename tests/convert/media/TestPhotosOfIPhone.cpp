@@ -1,8 +1,7 @@
 #include "convert/media/DRAlbumJoin.h"
 #include "convert/media/DRMigrateIPhonePhotos.h"
 #include "tests/convert/media/DRMediaFixture.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 #include <random>
 
@@ -80,259 +79,232 @@ class TestPhotosOfIPhone : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void cameraRollIsRead_data();
-    void cameraRollIsRead();
-    void albumsAreKept_data();
-    void albumsAreKept();
-    void onlyRegularFilesCount();
-    void lossesAreCountedByKind();
-    void damageIsTold_data();
-    void damageIsTold();
-    void joinAnswersAsItsStatement_data();
-    void joinAnswersAsItsStatement();
+    void cameraRollIsRead_data()
+    {
+        const DRTestTable<QString, QString, QStringList, QStringList, QStringList> row("newer", "older", "files",
+                                                                                       "lines", "losses");
+
+        const QString one = kNewer + asset(1, u"A.JPG"_s) + album(5, 1000) + member(5, 1);
+        const QStringList oneFile{kCameraRoll + u"A.JPG"_s};
+        const QStringList oneLine{u"A.JPG 0x10 = %1A.JPG"_s.arg(kCameraRoll)};
+        const QString kUnknownRoll =
+            u"Photos and videos: 1: the photo library does not tell what is in its camera roll (0x00)"_s;
+        const QStringList olderFile{u"MediaDomain-Media/DCIM/999APPLE/OLD.PNG"_s};
+        const QStringList olderLine{u"OLD.PNG 0x10 = "_s + olderFile.front()};
+
+        row("photo", one, {}, oneFile, oneLine, {});
+        row("newer is enough", one, olderLibrary(u"OLD.PNG"_s), oneFile + olderFile, oneLine, {});
+        row("older alone", {}, olderLibrary(u"OLD.PNG"_s), olderFile, olderLine, {});
+        row("newer is empty", kNewer, olderLibrary(u"OLD.PNG"_s), olderFile, olderLine, {});
+        row("newer without camera roll", kNewer + asset(1, u"A.JPG"_s) + album(5, 2) + member(5, 1),
+            olderLibrary(u"OLD.PNG"_s), oneFile + olderFile, olderLine, {kUnknownRoll});
+        row("the table of members is missing", one + u"DROP TABLE Z_11ASSETS;"_s, {}, oneFile, {}, {kUnknownRoll});
+        row("kinds, order of the index",
+            kNewer + asset(3, u"a.MoV"_s) + asset(1, u"b.avi"_s) + asset(2, u"c.heic"_s) + album(5, 1000) +
+                u"INSERT INTO Z_11ASSETS VALUES (5, 1, 1), (5, 2, 2), (5, 3, 3);"_s,
+            {}, {kCameraRoll + u"a.MoV"_s, kCameraRoll + u"b.avi"_s, kCameraRoll + u"c.heic"_s},
+            {u"b.avi 0x20 = %1b.avi"_s.arg(kCameraRoll), u"c.heic 0x10 = %1c.heic"_s.arg(kCameraRoll),
+             u"a.MoV 0x08 = %1a.MoV"_s.arg(kCameraRoll)},
+            {});
+        row("the last camera roll counts", one + asset(2, u"B.JPG"_s) + album(6, 1000) + member(6, 2), {},
+            oneFile + QStringList{kCameraRoll + u"B.JPG"_s}, {u"B.JPG 0x10 = %1B.JPG"_s.arg(kCameraRoll)},
+            {u"Photos and videos outside the camera roll, which are not moved: 1"_s});
+        row("the last camera roll counts, though it is empty", one + album(6, 1000), {}, oneFile, {},
+            {u"Photos and videos outside the camera roll, which are not moved: 1"_s});
+        row("missing files, unknown names, places without a photo",
+            one + asset(2, u"B.MOV"_s) + asset(3, u"C.xyz"_s) + asset(4, {}) + member(5, 2) + member(5, 3) +
+                member(5, 4) + member(5, 99),
+            {}, oneFile + QStringList{kCameraRoll + u"C.xyz"_s},
+            oneLine + QStringList{u"C.xyz 0x00 = %1C.xyz"_s.arg(kCameraRoll)},
+            {u"Places in the camera roll without a photo or video, which are passed over: 1"_s,
+             u"C.xyz: %1 (0x00)"_s.arg(kUnknownName), u"A file without a name: %1 (0x00)"_s.arg(kNotInBackup),
+             u"B.MOV: %1 (0x28)"_s.arg(kNotInBackup)});
+        row("slashes", kNewer + asset(1, u"A.JPG"_s, u"/DCIM//100APPLE/"_s) + album(5, 1000) + member(5, 1), {},
+            oneFile, oneLine, {});
+        row("name that is a path", kNewer + asset(1, u"../../evil.jpg"_s) + album(5, 1000) + member(5, 1), {},
+            {kCameraRoll + u"../../evil.jpg"_s}, {u"../../evil.jpg 0x10 = %1../../evil.jpg"_s.arg(kCameraRoll)}, {});
+    }
+
+    void cameraRollIsRead()
+    {
+        QFETCH(QString, newer);
+        QFETCH(QString, older);
+        QFETCH(QStringList, files);
+        const DRMediaFixture fixture;
+        QVERIFY(fixture.makeDatabase(kNewerDatabase, newer) && fixture.makeDatabase(kOlderDatabase, older));
+        QVERIFY(fixture.addFiles(files));
+        DRMigrateIPhonePhotos photos(fixture.test.services);
+        QVERIFY(!photos.load());
+        photos.setSourcePath(fixture.backup());
+        QVERIFY(photos.load());
+        QTEST(linesOf(photos), "lines");
+        QTEST(lossesOf(photos), "losses");
+        QCOMPARE(photos.report().found, static_cast<qint64>(photos.entries()->size()));
+    }
+
+    void albumsAreKept_data()
+    {
+        const DRTestTable<QString, QString> row("sql", "albums"); // albums: title, key asset, assets
+        row("titles",
+            kNewer + album(1, 2, u"'Summer'"_s) + album(2, 2) + album(3, 1000) + album(4, 2) + member(1, 10) +
+                member(2, 20) + member(3, 30) + member(3, 31),
+            u"Summer 7 10|<Unnamed> ID: 2, Kind: 2 7 20|Camera Roll 7 30,31"_s);
+        row("no join table",
+            kAssets + kAlbums + album(1, 1000) + u"CREATE TABLE Z_ASSETS_AND_ASSETS(Z_1ALBUMS, Z_1ASSETS);"_s, {});
+        row("other numbers",
+            kAssets + kAlbums + album(1, 2, u"'x'"_s) +
+                u"CREATE TABLE Z_2KEYWORDS(a, b);"
+                "CREATE TABLE Z_20ASSETS(Z_1ASSETSX, Z_FOK_27ASSETS, Z_27ASSETS, Z_28ASSETS, "
+                "Z_19ALBUMS, Z_20ALBUMS, ZALBUMSX);"
+                "INSERT INTO Z_20ASSETS VALUES (0, 1, 2, 3, 9, 1, 9);"_s,
+            u"x 7 2"_s);
+        // "Z_1ASSETS; ..." begins and ends like the name of a join table, and is the first.
+        row("hostile table",
+            kAssets + kAlbums + album(1, 2) + u"CREATE TABLE \"Z_1' UNION ASSETS\"(Z_1ALBUMS, Z_1ASSETS);"_s + kJoin +
+                member(1, 10),
+            {});
+        row("hostile column",
+            kAssets + kAlbums + album(1, 2) +
+                u"CREATE TABLE Z_1ASSETS(Z_1ALBUMS, \"1 AS x, 7 AS ASSETS\");INSERT INTO Z_1ASSETS VALUES (1, 5);"_s,
+            {});
+    }
+
+    void albumsAreKept()
+    {
+        QFETCH(QString, sql);
+        const DRMediaFixture fixture;
+        QVERIFY(fixture.makeDatabase(kNewerDatabase, sql));
+        DRMigrateIPhonePhotos photos(fixture.test.services);
+        photos.setSourcePath(fixture.backup());
+        static_cast<void>(photos.load());
+        QStringList albums;
+        for (const DRImportedAlbum& one : photos.albums()) {
+            QStringList ids;
+            for (const qint64 id : one.assetIds) {
+                ids << QString::number(id);
+            }
+            albums << u"%1 %2 %3"_s.arg(one.title).arg(one.keyAssetId).arg(ids.join(u','));
+        }
+        QTEST(albums.join(u'|'), "albums");
+    }
+
+    void onlyRegularFilesCount()
+    {
+        const DRMediaFixture fixture;
+        QVERIFY(fixture.makeDatabase(kNewerDatabase, kNewer + asset(1, u"link.jpg"_s) + asset(2, u"folder.jpg"_s) +
+                                                         asset(3, u"whole.jpg"_s) + album(1, 1000) + member(1, 1) +
+                                                         member(1, 2) + member(1, 3)));
+        QVERIFY(fixture.addFiles({kCameraRoll + u"whole.jpg"_s}));
+        QVERIFY(QFile::link(u"/dev/zero"_s, fixture.backedUp(kCameraRoll + u"link.jpg"_s)));
+        QVERIFY(QDir().mkpath(fixture.backedUp(kCameraRoll + u"folder.jpg"_s)));
+        DRMigrateIPhonePhotos photos(fixture.test.services);
+        photos.setSourcePath(fixture.backup());
+        QVERIFY(photos.load());
+        QCOMPARE(linesOf(photos), QStringList{u"whole.jpg 0x10 = %1whole.jpg"_s.arg(kCameraRoll)});
+        QCOMPARE(photos.assets().size(), 1);
+        QCOMPARE(photos.assets().value(3).uti, u"public.jpeg"_s);
+        QCOMPARE(photos.report().skipped.size(), 2U);
+    }
+
+    void lossesAreCountedByKind()
+    {
+        QString sql = kNewer + album(1, 1000);
+        for (int key = 1; key <= 203; ++key) {
+            sql += asset(key, u"%1.jpg"_s.arg(key)) + member(1, key);
+        }
+        sql += asset(300, u"film.mov"_s) + member(1, 300);
+        const DRMediaFixture fixture;
+        QVERIFY(fixture.makeDatabase(kNewerDatabase, sql));
+        DRMigrateIPhonePhotos photos(fixture.test.services);
+        photos.setSourcePath(fixture.backup());
+        QVERIFY(photos.load());
+        const QStringList losses = lossesOf(photos);
+        QCOMPARE(losses.size(), 202);
+        QCOMPARE(losses.at(199), u"200.jpg: %1 (0x10)"_s.arg(kNotInBackup));
+        QCOMPARE(losses.at(200), u"Further photos: 3: for reasons like these (0x10)"_s);
+        QCOMPARE(losses.at(201), u"film.mov: %1 (0x28)"_s.arg(kNotInBackup));
+    }
+
+    void damageIsTold_data()
+    {
+        const QString all = u"All photos and videos: the backup's photo library is damaged (0x00)"_s;
+        const QString some = u"Some photos and videos: the backup's photo library is damaged (0x00)"_s;
+        // newer: in place of a database; null: none
+        const DRTestTable<QByteArray, QString, bool, bool, QStringList> row("newer", "older", "isLoaded",
+                                                                            "isNotInBackup", "losses");
+        row("neither", {}, {}, false, true, {});
+        row("no database", "no database", {}, false, false, {all});
+        row("no database, older is sound", "no database", olderLibrary(u"OLD.PNG"_s), true, false, {some});
+        row("older without its join table", {},
+            u"CREATE TABLE Photo(a); CREATE TABLE PhotoAlbum(primaryKey, kind);"
+            "INSERT INTO PhotoAlbum VALUES (1, 1000);"_s,
+            false, false, {all});
+        row("older without a column of its join table", {},
+            u"CREATE TABLE Photo(a); CREATE TABLE PhotoAlbum(primaryKey, kind);"
+            "CREATE TABLE PhotoAlbumToPhotoJoin(\"left\");"
+            "INSERT INTO PhotoAlbumToPhotoJoin VALUES (1); INSERT INTO PhotoAlbum VALUES (1, 1000);"_s,
+            false, false, {all});
+    }
+
+    void damageIsTold()
+    {
+        QFETCH(QByteArray, newer);
+        QFETCH(QString, older);
+        const DRMediaFixture fixture;
+        QVERIFY(newer.isNull() || writeFile(fixture.backedUp(kNewerDatabase), newer));
+        QVERIFY(fixture.makeDatabase(kOlderDatabase, older));
+        QVERIFY(fixture.addFiles({u"MediaDomain-Media/DCIM/999APPLE/OLD.PNG"_s}));
+        DRMigrateIPhonePhotos photos(fixture.test.services);
+        photos.setSourcePath(fixture.backup());
+        QTEST(photos.load(), "isLoaded");
+        QTEST(photos.report().isNotInBackup, "isNotInBackup");
+        QTEST(lossesOf(photos), "losses");
+    }
+
+    void joinAnswersAsItsStatement_data()
+    {
+        const DRTestTable<QString, QString> row("columns", "indexes");
+        const QString real = u"Z_1ALBUMS INTEGER, Z_2ASSETS INTEGER, Z_FOK_2ASSETS INTEGER"_s;
+        row("no index", real, {});
+        row("no types", u"Z_1ALBUMS, Z_2ASSETS, Z_FOK_2ASSETS"_s, {});
+        row("texts", u"Z_1ALBUMS TEXT, Z_2ASSETS TEXT, Z_FOK_2ASSETS"_s, {});
+        row("reals", u"Z_1ALBUMS REAL, Z_2ASSETS REAL, Z_FOK_2ASSETS"_s, {});
+        row("index of the iPhone", real, u"CREATE INDEX i ON Z_1ASSETS(Z_1ALBUMS, Z_FOK_2ASSETS, Z_2ASSETS);"_s);
+        row("index of the assets", real, u"CREATE INDEX i ON Z_1ASSETS(Z_2ASSETS, Z_1ALBUMS);"_s);
+        row("both, analysed", real,
+            u"CREATE INDEX i ON Z_1ASSETS(Z_2ASSETS, Z_1ALBUMS);"
+            "CREATE INDEX j ON Z_1ASSETS(Z_1ALBUMS, Z_FOK_2ASSETS); ANALYZE;"_s);
+        row("order first, analysed", real,
+            u"CREATE INDEX i ON Z_1ASSETS(Z_FOK_2ASSETS, Z_1ALBUMS, Z_2ASSETS); ANALYZE;"_s);
+    }
+
+    void joinAnswersAsItsStatement()
+    {
+        QFETCH(QString, columns);
+        QFETCH(QString, indexes);
+        const DRMediaFixture fixture;
+        QVERIFY(fixture.makeDatabase(kNewerDatabase,
+                                     u"CREATE TABLE Z_1ASSETS(%1);"_s.arg(columns) + randomMembers(7) + indexes));
+        auto database = DRDatabase::open(fixture.backedUp(kNewerDatabase), DRDatabase::Profile::Source);
+        QVERIFY(database);
+        DRAlbumJoin join = DRAlbumJoin::ofNewerLayout(*database);
+        qsizetype found = 0;
+        for (const qint64 album : {0LL, 1LL, 2LL, 3LL, 4LL, 5LL, 6LL, 7LL, 8LL, 9LL, 10LL, 11LL, -4LL, 99LL,
+                                   9223372036854775807LL, -9223372036854775807LL - 1}) {
+            QList<qint64> expected;
+            DRResultSet row =
+                database->executeQuery(u"SELECT Z_2ASSETS FROM Z_1ASSETS WHERE Z_1ALBUMS=%1"_s.arg(album));
+            while (row.next()) {
+                expected.append(row.integerAt(0));
+            }
+            QVERIFY(!row.hasFailed());
+            QCOMPARE(join.assetIdsOfAlbum(album), expected);
+            found += expected.size();
+        }
+        QVERIFY(join.isComplete());
+        QVERIFY2(found > 200, qPrintable(QString::number(found)));
+    }
 };
-
-void TestPhotosOfIPhone::cameraRollIsRead_data()
-{
-    QTest::addColumn<QString>("newer");
-    QTest::addColumn<QString>("older");
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QStringList>("lines");
-    QTest::addColumn<QStringList>("losses");
-
-    const QString one = kNewer + asset(1, u"A.JPG"_s) + album(5, 1000) + member(5, 1);
-    const QStringList oneFile{kCameraRoll + u"A.JPG"_s};
-    const QStringList oneLine{u"A.JPG 0x10 = %1A.JPG"_s.arg(kCameraRoll)};
-    const QString kUnknownRoll =
-        u"Photos and videos: 1: the photo library does not tell what is in its camera roll (0x00)"_s;
-    const QStringList olderFile{u"MediaDomain-Media/DCIM/999APPLE/OLD.PNG"_s};
-    const QStringList olderLine{u"OLD.PNG 0x10 = "_s + olderFile.front()};
-
-    QTest::newRow("photo") << one << QString() << oneFile << oneLine << QStringList{};
-    QTest::newRow("newer is enough") << one << olderLibrary(u"OLD.PNG"_s) << oneFile + olderFile << oneLine
-                                     << QStringList{};
-    QTest::newRow("older alone") << QString() << olderLibrary(u"OLD.PNG"_s) << olderFile << olderLine << QStringList{};
-    QTest::newRow("newer is empty") << kNewer << olderLibrary(u"OLD.PNG"_s) << olderFile << olderLine << QStringList{};
-    QTest::newRow("newer without camera roll")
-        << kNewer + asset(1, u"A.JPG"_s) + album(5, 2) + member(5, 1) << olderLibrary(u"OLD.PNG"_s)
-        << oneFile + olderFile << olderLine << QStringList{kUnknownRoll};
-    QTest::newRow("the table of members is missing")
-        << one + u"DROP TABLE Z_11ASSETS;"_s << QString() << oneFile << QStringList{} << QStringList{kUnknownRoll};
-    QTest::newRow("kinds, order of the index")
-        << kNewer + asset(3, u"a.MoV"_s) + asset(1, u"b.avi"_s) + asset(2, u"c.heic"_s) + album(5, 1000) +
-               u"INSERT INTO Z_11ASSETS VALUES (5, 1, 1), (5, 2, 2), (5, 3, 3);"_s
-        << QString() << QStringList{kCameraRoll + u"a.MoV"_s, kCameraRoll + u"b.avi"_s, kCameraRoll + u"c.heic"_s}
-        << QStringList{u"b.avi 0x20 = %1b.avi"_s.arg(kCameraRoll), u"c.heic 0x10 = %1c.heic"_s.arg(kCameraRoll),
-                       u"a.MoV 0x08 = %1a.MoV"_s.arg(kCameraRoll)}
-        << QStringList{};
-    QTest::newRow("the last camera roll counts")
-        << one + asset(2, u"B.JPG"_s) + album(6, 1000) + member(6, 2) << QString()
-        << oneFile + QStringList{kCameraRoll + u"B.JPG"_s} << QStringList{u"B.JPG 0x10 = %1B.JPG"_s.arg(kCameraRoll)}
-        << QStringList{u"Photos and videos outside the camera roll, which are not moved: 1"_s};
-    QTest::newRow("the last camera roll counts, though it is empty")
-        << one + album(6, 1000) << QString() << oneFile << QStringList{}
-        << QStringList{u"Photos and videos outside the camera roll, which are not moved: 1"_s};
-    QTest::newRow("missing files, unknown names, places without a photo")
-        << one + asset(2, u"B.MOV"_s) + asset(3, u"C.xyz"_s) + asset(4, {}) + member(5, 2) + member(5, 3) +
-               member(5, 4) + member(5, 99)
-        << QString() << oneFile + QStringList{kCameraRoll + u"C.xyz"_s}
-        << oneLine + QStringList{u"C.xyz 0x00 = %1C.xyz"_s.arg(kCameraRoll)}
-        << QStringList{u"Places in the camera roll without a photo or video, which are passed over: 1"_s,
-                       u"C.xyz: %1 (0x00)"_s.arg(kUnknownName), u"A file without a name: %1 (0x00)"_s.arg(kNotInBackup),
-                       u"B.MOV: %1 (0x28)"_s.arg(kNotInBackup)};
-    QTest::newRow("slashes") << kNewer + asset(1, u"A.JPG"_s, u"/DCIM//100APPLE/"_s) + album(5, 1000) + member(5, 1)
-                             << QString() << oneFile << oneLine << QStringList{};
-    QTest::newRow("name that is a path") << kNewer + asset(1, u"../../evil.jpg"_s) + album(5, 1000) + member(5, 1)
-                                         << QString() << QStringList{kCameraRoll + u"../../evil.jpg"_s}
-                                         << QStringList{u"../../evil.jpg 0x10 = %1../../evil.jpg"_s.arg(kCameraRoll)}
-                                         << QStringList{};
-}
-
-void TestPhotosOfIPhone::cameraRollIsRead()
-{
-    QFETCH(QString, newer);
-    QFETCH(QString, older);
-    QFETCH(QStringList, files);
-    const DRMediaFixture fixture;
-    QVERIFY(fixture.makeDatabase(kNewerDatabase, newer) && fixture.makeDatabase(kOlderDatabase, older));
-    QVERIFY(fixture.addFiles(files));
-    DRMigrateIPhonePhotos photos(fixture.test.services);
-    QVERIFY(!photos.load());
-    photos.setSourcePath(fixture.backup());
-    QVERIFY(photos.load());
-    QTEST(linesOf(photos), "lines");
-    QTEST(lossesOf(photos), "losses");
-    QCOMPARE(photos.report().found, static_cast<qint64>(photos.entries()->size()));
-}
-
-void TestPhotosOfIPhone::albumsAreKept_data()
-{
-    QTest::addColumn<QString>("sql");
-    QTest::addColumn<QString>("albums"); ///< title, key asset, assets
-    QTest::newRow("titles") << kNewer + album(1, 2, u"'Summer'"_s) + album(2, 2) + album(3, 1000) + album(4, 2) +
-                                   member(1, 10) + member(2, 20) + member(3, 30) + member(3, 31)
-                            << u"Summer 7 10|<Unnamed> ID: 2, Kind: 2 7 20|Camera Roll 7 30,31"_s;
-    QTest::newRow("no join table") << kAssets + kAlbums + album(1, 1000) +
-                                          u"CREATE TABLE Z_ASSETS_AND_ASSETS(Z_1ALBUMS, Z_1ASSETS);"_s
-                                   << QString();
-    QTest::newRow("other numbers") << kAssets + kAlbums + album(1, 2, u"'x'"_s) +
-                                          u"CREATE TABLE Z_2KEYWORDS(a, b);"
-                                          "CREATE TABLE Z_20ASSETS(Z_1ASSETSX, Z_FOK_27ASSETS, Z_27ASSETS, Z_28ASSETS, "
-                                          "Z_19ALBUMS, Z_20ALBUMS, ZALBUMSX);"
-                                          "INSERT INTO Z_20ASSETS VALUES (0, 1, 2, 3, 9, 1, 9);"_s
-                                   << u"x 7 2"_s;
-    // "Z_1ASSETS; ..." begins and ends like the name of a join table, and is the first.
-    QTest::newRow("hostile table") << kAssets + kAlbums + album(1, 2) +
-                                          u"CREATE TABLE \"Z_1' UNION ASSETS\"(Z_1ALBUMS, Z_1ASSETS);"_s + kJoin +
-                                          member(1, 10)
-                                   << QString();
-    QTest::newRow("hostile column")
-        << kAssets + kAlbums + album(1, 2) +
-               u"CREATE TABLE Z_1ASSETS(Z_1ALBUMS, \"1 AS x, 7 AS ASSETS\");INSERT INTO Z_1ASSETS VALUES (1, 5);"_s
-        << QString();
-}
-
-void TestPhotosOfIPhone::albumsAreKept()
-{
-    QFETCH(QString, sql);
-    const DRMediaFixture fixture;
-    QVERIFY(fixture.makeDatabase(kNewerDatabase, sql));
-    DRMigrateIPhonePhotos photos(fixture.test.services);
-    photos.setSourcePath(fixture.backup());
-    static_cast<void>(photos.load());
-    QStringList albums;
-    for (const DRImportedAlbum& one : photos.albums()) {
-        QStringList ids;
-        for (const qint64 id : one.assetIds) {
-            ids << QString::number(id);
-        }
-        albums << u"%1 %2 %3"_s.arg(one.title).arg(one.keyAssetId).arg(ids.join(u','));
-    }
-    QTEST(albums.join(u'|'), "albums");
-}
-
-void TestPhotosOfIPhone::onlyRegularFilesCount()
-{
-    const DRMediaFixture fixture;
-    QVERIFY(fixture.makeDatabase(kNewerDatabase, kNewer + asset(1, u"link.jpg"_s) + asset(2, u"folder.jpg"_s) +
-                                                     asset(3, u"whole.jpg"_s) + album(1, 1000) + member(1, 1) +
-                                                     member(1, 2) + member(1, 3)));
-    QVERIFY(fixture.addFiles({kCameraRoll + u"whole.jpg"_s}));
-    QVERIFY(QFile::link(u"/dev/zero"_s, fixture.backedUp(kCameraRoll + u"link.jpg"_s)));
-    QVERIFY(QDir().mkpath(fixture.backedUp(kCameraRoll + u"folder.jpg"_s)));
-    DRMigrateIPhonePhotos photos(fixture.test.services);
-    photos.setSourcePath(fixture.backup());
-    QVERIFY(photos.load());
-    QCOMPARE(linesOf(photos), QStringList{u"whole.jpg 0x10 = %1whole.jpg"_s.arg(kCameraRoll)});
-    QCOMPARE(photos.assets().size(), 1);
-    QCOMPARE(photos.assets().value(3).uti, u"public.jpeg"_s);
-    QCOMPARE(photos.report().skipped.size(), 2U);
-}
-
-void TestPhotosOfIPhone::lossesAreCountedByKind()
-{
-    QString sql = kNewer + album(1, 1000);
-    for (int key = 1; key <= 203; ++key) {
-        sql += asset(key, u"%1.jpg"_s.arg(key)) + member(1, key);
-    }
-    sql += asset(300, u"film.mov"_s) + member(1, 300);
-    const DRMediaFixture fixture;
-    QVERIFY(fixture.makeDatabase(kNewerDatabase, sql));
-    DRMigrateIPhonePhotos photos(fixture.test.services);
-    photos.setSourcePath(fixture.backup());
-    QVERIFY(photos.load());
-    const QStringList losses = lossesOf(photos);
-    QCOMPARE(losses.size(), 202);
-    QCOMPARE(losses.at(199), u"200.jpg: %1 (0x10)"_s.arg(kNotInBackup));
-    QCOMPARE(losses.at(200), u"Further photos: 3: for reasons like these (0x10)"_s);
-    QCOMPARE(losses.at(201), u"film.mov: %1 (0x28)"_s.arg(kNotInBackup));
-}
-
-void TestPhotosOfIPhone::damageIsTold_data()
-{
-    const QString all = u"All photos and videos: the backup's photo library is damaged (0x00)"_s;
-    const QString some = u"Some photos and videos: the backup's photo library is damaged (0x00)"_s;
-    QTest::addColumn<QByteArray>("newer"); ///< in place of a database; null: none
-    QTest::addColumn<QString>("older");
-    QTest::addColumn<bool>("isLoaded");
-    QTest::addColumn<bool>("isNotInBackup");
-    QTest::addColumn<QStringList>("losses");
-    QTest::newRow("neither") << QByteArray() << QString() << false << true << QStringList{};
-    QTest::newRow("no database") << QByteArray("no database") << QString() << false << false << QStringList{all};
-    QTest::newRow("no database, older is sound")
-        << QByteArray("no database") << olderLibrary(u"OLD.PNG"_s) << true << false << QStringList{some};
-    QTest::newRow("older without its join table")
-        << QByteArray()
-        << u"CREATE TABLE Photo(a); CREATE TABLE PhotoAlbum(primaryKey, kind);"
-           "INSERT INTO PhotoAlbum VALUES (1, 1000);"_s
-        << false << false << QStringList{all};
-    QTest::newRow("older without a column of its join table")
-        << QByteArray()
-        << u"CREATE TABLE Photo(a); CREATE TABLE PhotoAlbum(primaryKey, kind);"
-           "CREATE TABLE PhotoAlbumToPhotoJoin(\"left\");"
-           "INSERT INTO PhotoAlbumToPhotoJoin VALUES (1); INSERT INTO PhotoAlbum VALUES (1, 1000);"_s
-        << false << false << QStringList{all};
-}
-
-void TestPhotosOfIPhone::damageIsTold()
-{
-    QFETCH(QByteArray, newer);
-    QFETCH(QString, older);
-    const DRMediaFixture fixture;
-    QVERIFY(newer.isNull() || DRMediaFixture::write(fixture.backedUp(kNewerDatabase), newer));
-    QVERIFY(fixture.makeDatabase(kOlderDatabase, older));
-    QVERIFY(fixture.addFiles({u"MediaDomain-Media/DCIM/999APPLE/OLD.PNG"_s}));
-    DRMigrateIPhonePhotos photos(fixture.test.services);
-    photos.setSourcePath(fixture.backup());
-    QTEST(photos.load(), "isLoaded");
-    QTEST(photos.report().isNotInBackup, "isNotInBackup");
-    QTEST(lossesOf(photos), "losses");
-}
-
-void TestPhotosOfIPhone::joinAnswersAsItsStatement_data()
-{
-    QTest::addColumn<QString>("columns");
-    QTest::addColumn<QString>("indexes");
-    const QString real = u"Z_1ALBUMS INTEGER, Z_2ASSETS INTEGER, Z_FOK_2ASSETS INTEGER"_s;
-    QTest::newRow("no index") << real << QString();
-    QTest::newRow("no types") << u"Z_1ALBUMS, Z_2ASSETS, Z_FOK_2ASSETS"_s << QString();
-    QTest::newRow("texts") << u"Z_1ALBUMS TEXT, Z_2ASSETS TEXT, Z_FOK_2ASSETS"_s << QString();
-    QTest::newRow("reals") << u"Z_1ALBUMS REAL, Z_2ASSETS REAL, Z_FOK_2ASSETS"_s << QString();
-    QTest::newRow("index of the iPhone") << real
-                                         << u"CREATE INDEX i ON Z_1ASSETS(Z_1ALBUMS, Z_FOK_2ASSETS, Z_2ASSETS);"_s;
-    QTest::newRow("index of the assets") << real << u"CREATE INDEX i ON Z_1ASSETS(Z_2ASSETS, Z_1ALBUMS);"_s;
-    QTest::newRow("both, analysed") << real
-                                    << u"CREATE INDEX i ON Z_1ASSETS(Z_2ASSETS, Z_1ALBUMS);"
-                                       "CREATE INDEX j ON Z_1ASSETS(Z_1ALBUMS, Z_FOK_2ASSETS); ANALYZE;"_s;
-    QTest::newRow("order first, analysed")
-        << real << u"CREATE INDEX i ON Z_1ASSETS(Z_FOK_2ASSETS, Z_1ALBUMS, Z_2ASSETS); ANALYZE;"_s;
-}
-
-void TestPhotosOfIPhone::joinAnswersAsItsStatement()
-{
-    QFETCH(QString, columns);
-    QFETCH(QString, indexes);
-    const DRMediaFixture fixture;
-    QVERIFY(fixture.makeDatabase(kNewerDatabase,
-                                 u"CREATE TABLE Z_1ASSETS(%1);"_s.arg(columns) + randomMembers(7) + indexes));
-    auto database = DRDatabase::open(fixture.backedUp(kNewerDatabase), DRDatabase::Profile::Source);
-    QVERIFY(database);
-    DRAlbumJoin join = DRAlbumJoin::ofNewerLayout(*database);
-    qsizetype found = 0;
-    for (const qint64 album : {0LL, 1LL, 2LL, 3LL, 4LL, 5LL, 6LL, 7LL, 8LL, 9LL, 10LL, 11LL, -4LL, 99LL,
-                               9223372036854775807LL, -9223372036854775807LL - 1}) {
-        QList<qint64> expected;
-        DRResultSet row = database->executeQuery(u"SELECT Z_2ASSETS FROM Z_1ASSETS WHERE Z_1ALBUMS=%1"_s.arg(album));
-        while (row.next()) {
-            expected.append(row.integerAt(0));
-        }
-        QVERIFY(!row.hasFailed());
-        QCOMPARE(join.assetIdsOfAlbum(album), expected);
-        found += expected.size();
-    }
-    QVERIFY(join.isComplete());
-    QVERIFY2(found > 200, qPrintable(QString::number(found)));
-}
 
 QTEST_GUILESS_MAIN(TestPhotosOfIPhone)
 #include "TestPhotosOfIPhone.moc"

@@ -1,7 +1,6 @@
 #include "convert/media/DRMigrateIPhoneVoiceMemos.h"
 #include "tests/convert/media/DRMediaFixture.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -19,19 +18,15 @@ class TestVoiceMemosOfIPhone : public QObject {
 private Q_SLOTS:
     void recordingIsFound_data()
     {
-        QTest::addColumn<QString>("row");
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("persistentId");
+        const DRTestTable<QString, QString, QString> row("row", "line", "persistentId");
         const QString found = u"memo.m4a 0x04 = "_s + kMemo;
-        QTest::newRow("absolute") << u"255, '/var/mobile/Media/Recordings/memo.m4a'"_s << found << u"ff"_s;
-        QTest::newRow("home") << u"-1, '~/Media/Recordings/memo.m4a'"_s << found << u"ffffffffffffffff"_s;
-        QTest::newRow("both, twice") << u"-9223372036854775808, '~/~//var/mobile/Media/Recordings/memo.m4a'"_s << found
-                                     << u"8000000000000000"_s;
-        QTest::newRow("the one uncovers the other")
-            << u"0, '/var/mo~/bile/Media/Recordings/memo.m4a'"_s << found << u"0"_s;
-        QTest::newRow("no number") << u"NULL, 'Media/Recordings/memo.m4a'"_s << found << u"0"_s;
-        QTest::newRow("unknown kind") << u"1, 'Media/Recordings/odd'"_s
-                                      << u"odd 0x00 = MediaDomain-Media/Recordings/odd"_s << u"1"_s;
+        row("absolute", u"255, '/var/mobile/Media/Recordings/memo.m4a'"_s, found, u"ff"_s);
+        row("home", u"-1, '~/Media/Recordings/memo.m4a'"_s, found, u"ffffffffffffffff"_s);
+        row("both, twice", u"-9223372036854775808, '~/~//var/mobile/Media/Recordings/memo.m4a'"_s, found,
+            u"8000000000000000"_s);
+        row("the one uncovers the other", u"0, '/var/mo~/bile/Media/Recordings/memo.m4a'"_s, found, u"0"_s);
+        row("no number", u"NULL, 'Media/Recordings/memo.m4a'"_s, found, u"0"_s);
+        row("unknown kind", u"1, 'Media/Recordings/odd'"_s, u"odd 0x00 = MediaDomain-Media/Recordings/odd"_s, u"1"_s);
     }
 
     void recordingIsFound()
@@ -77,7 +72,7 @@ private Q_SLOTS:
         memos.setSourcePath(fixture.backup());
         QVERIFY(!memos.load());
         QVERIFY(memos.report().isNotInBackup);
-        QVERIFY(DRMediaFixture::write(fixture.backedUp(kDatabase), "no database"));
+        QVERIFY(writeFile(fixture.backedUp(kDatabase), "no database"));
         QVERIFY(!memos.load());
     }
 };

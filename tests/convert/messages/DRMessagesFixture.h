@@ -2,41 +2,17 @@
 
 #include "convert/messages/DRImportedChat.h"
 #include "convert/messages/DRMigrateIPhoneMessages.h"
-#include "platform/core/DRDigest.h"
-#include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestServices.h"
+#include "tests/convert/DRConverterFixture.h"
 
-#include <QDir>
-#include <QFile>
 #include <QtEndian>
 
 /// An iPhone backup with a messages database and files of attachments.
-struct DRMessagesFixture {
-    DRTestServices test;
-
-    DRMessagesFixture() { QDir().mkpath(backup()); }
-
-    [[nodiscard]] QString backup() const { return QDir(test.root.path()).canonicalPath() + QStringLiteral("/backup"); }
-
-    /// Where the backup keeps a file.
-    [[nodiscard]] QString backedUp(const QString& domainPath) const
-    {
-        return backup() + u'/' + sha1HexString(domainPath);
-    }
+struct DRMessagesFixture : DRConverterFixture {
+    using DRConverterFixture::DRConverterFixture;
 
     [[nodiscard]] QString database() const { return backedUp(kDatabase); }
-
-    [[nodiscard]] bool makeDatabase(const QString& sql) const
-    {
-        auto made = DRDatabase::open(database(), DRDatabase::Profile::Create);
-        return made && made->executeScript(sql);
-    }
-
-    [[nodiscard]] static bool write(const QString& path, const QByteArray& bytes)
-    {
-        QFile file(path);
-        return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-    }
+    [[nodiscard]] bool makeDatabase(const QString& sql) const { return run(database(), sql); }
+    [[nodiscard]] auto iPhoneSide() const { return DRConverterFixture::iPhoneSide<DRMigrateIPhoneMessages>(); }
 
     /// Puts files of the media domain into the backup and its manifest; each holds its own path.
     [[nodiscard]] bool addFiles(const QStringList& paths) const
@@ -44,20 +20,13 @@ struct DRMessagesFixture {
         QByteArray manifest = QByteArray::fromHex("6d626462 0500");
         for (const QString& path : paths) {
             const QByteArray bytes = path.toUtf8();
-            if (!write(backedUp(QStringLiteral("MediaDomain-") + path), bytes)) {
+            if (!writeFile(backedUp(QStringLiteral("MediaDomain-") + path), bytes)) {
                 return false;
             }
             manifest += string("MediaDomain") + string(bytes) + QByteArray::fromHex("ffff ffff ffff 81a4") +
                         QByteArray(28 + 7, '\0') + static_cast<char>(bytes.size()) + QByteArray::fromHex("03 00");
         }
-        return write(backup() + QStringLiteral("/Manifest.mbdb"), manifest);
-    }
-
-    [[nodiscard]] std::shared_ptr<DRMigrateIPhoneMessages> iPhoneSide() const
-    {
-        auto messages = std::make_shared<DRMigrateIPhoneMessages>(test.services);
-        messages->setSourcePath(backup());
-        return messages;
+        return writeFile(backup() + QStringLiteral("/Manifest.mbdb"), manifest);
     }
 
     static inline const QString kDatabase = QStringLiteral("HomeDomain-Library/SMS/sms.db");

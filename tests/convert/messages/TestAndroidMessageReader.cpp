@@ -2,11 +2,11 @@
 #include "convert/messages/DRMessagesTemplate.h"
 #include "convert/messages/DRMigrateAndroidMessages.h"
 #include "platform/sqlite/DRDatabase.h"
-#include "tests/support/DRTestServices.h"
+#include "tests/convert/DRConverterFixture.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -23,12 +23,6 @@ public:
     }
 };
 
-bool write(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
-
 } // namespace
 
 /// What the phone's side writes is read back.
@@ -36,29 +30,18 @@ class TestAndroidMessageReader : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DRTestServices> m_test;
-
-    [[nodiscard]] QString path(const QString& relative) const
-    {
-        return QDir(m_test->root.path()).canonicalPath() + u'/' + relative;
-    }
-    [[nodiscard]] QString inApp(const QString& file) const
-    {
-        return path(u"work/%1/apps/%1/%2"_s.arg(kPacketID, file));
-    }
+    std::unique_ptr<DRConverterFixture> m_test;
 
     /// Merges text messages of two moments and one with an attachment; `inApp("db/mmssms.db")` and `inApp("r")` are there then.
     [[nodiscard]] bool merge() const
     {
         const auto at = [](qint64 milliseconds) { return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC); };
         const DRIMessageAttachment picture{
-            .mimeType = u"image/jpeg"_s, .filename = u"a b.jpg"_s, .path = path(u"picture"_s), .sizeBytes = 7};
-        DRMigrateAndroidMessages phone(m_test->services);
-        phone.setTargetPath(path(u"work"_s));
-        phone.setPacketID(kPacketID);
-        return write(picture.path, "picture") && writeEmptyMessagesDatabase(inApp(u"db/mmssms.db"_s)) &&
-               phone.mergeDataFrom(Source(
-                   m_test->services,
+            .mimeType = u"image/jpeg"_s, .filename = u"a b.jpg"_s, .path = m_test->path(u"picture"_s), .sizeBytes = 7};
+        const auto phone = m_test->phoneSide<DRMigrateAndroidMessages>();
+        return writeFile(picture.path, "picture") && writeEmptyMessagesDatabase(m_test->inApp(u"db/mmssms.db"_s)) &&
+               phone->mergeDataFrom(Source(
+                   m_test->test.services,
                    {.recipients = {u"5"_s},
                     .messages = {{.address = u"5"_s, .text = u"It's"_s, .date = at(-1)},
                                  {.address = u"5"_s, .text = u"lost"_s, .date = at(3000), .attachments = {picture}},
@@ -69,38 +52,38 @@ private Q_SLOTS:
 
     void whatIsWrittenIsReadBack_data()
     {
-        QTest::addColumn<QString>("place"); ///< what `_data` of the part is set to, with the stored name for %1
-        QTest::addColumn<bool>("isFound");
+        // place: what `_data` of the part is set to, with the stored name for %1
+        const DRTestTable<QString, bool> row("place", "isFound");
         const QString app = u"/data/data/"_s + kPacketID;
-        QTest::newRow("as written") << QString() << true;
-        QTest::newRow("elsewhere on the phone") << u"/data/user/0//"_s + kPacketID + u"/app_parts/%1"_s << true;
-        QTest::newRow("of another app") << u"/data/data/other/app_parts/%1"_s << false;
-        QTest::newRow("missing file") << app + u"/app_parts/%1x"_s << false;
-        QTest::newRow("a folder") << app + u"/app_parts"_s << false;
-        QTest::newRow("the app itself") << app << false;
-        QTest::newRow("out of the packet") << app + u"/../db/mmssms.db"_s << false;
-        QTest::newRow("and in again") << app + u"/app_parts/../app_parts/%1"_s << false;
-        QTest::newRow("a link") << app + u"/link"_s << false;
-        QTest::newRow("below a link") << app + u"/folder/mmssms.db"_s << false;
+        row("as written", {}, true);
+        row("elsewhere on the phone", u"/data/user/0//"_s + kPacketID + u"/app_parts/%1"_s, true);
+        row("of another app", u"/data/data/other/app_parts/%1"_s, false);
+        row("missing file", app + u"/app_parts/%1x"_s, false);
+        row("a folder", app + u"/app_parts"_s, false);
+        row("the app itself", app, false);
+        row("out of the packet", app + u"/../db/mmssms.db"_s, false);
+        row("and in again", app + u"/app_parts/../app_parts/%1"_s, false);
+        row("a link", app + u"/link"_s, false);
+        row("below a link", app + u"/folder/mmssms.db"_s, false);
     }
 
     void whatIsWrittenIsReadBack()
     {
         QFETCH(const QString, place);
         QFETCH(const bool, isFound);
-        m_test = std::make_unique<DRTestServices>();
+        m_test = std::make_unique<DRConverterFixture>(kPacketID);
         QVERIFY(merge());
-        const QString name = QDir(inApp(u"r/app_parts"_s)).entryList(QDir::Files).value(0);
-        QVERIFY(QFile::link(inApp(u"r/app_parts/"_s + name), inApp(u"r/link"_s)));
-        QVERIFY(QFile::link(inApp(u"db"_s), inApp(u"r/folder"_s)));
-        auto database = DRDatabase::open(inApp(u"db/mmssms.db"_s), DRDatabase::Profile::Phone);
+        const QString name = QDir(m_test->inApp(u"r/app_parts"_s)).entryList(QDir::Files).value(0);
+        QVERIFY(QFile::link(m_test->inApp(u"r/app_parts/"_s + name), m_test->inApp(u"r/link"_s)));
+        QVERIFY(QFile::link(m_test->inApp(u"db"_s), m_test->inApp(u"r/folder"_s)));
+        auto database = DRDatabase::open(m_test->inApp(u"db/mmssms.db"_s), DRDatabase::Profile::Phone);
         QVERIFY(database);
         if (!place.isNull()) {
             const QString data = place.contains(u"%1"_s) ? place.arg(name) : place;
             QVERIFY(database->executeUpdate(u"UPDATE part SET _data=? WHERE _data IS NOT NULL"_s, {data}));
         }
 
-        const DRAndroidMessageReader reader(inApp(u""_s), kPacketID, *database);
+        const DRAndroidMessageReader reader(m_test->inApp(u""_s), kPacketID, *database);
         const auto message = [](const QString& text, qint64 seconds) {
             return DRImportedMessage{
                 .isFromMe = true, .text = text, .date = QDateTime::fromSecsSinceEpoch(seconds, Qt::UTC)};
@@ -112,7 +95,7 @@ private Q_SLOTS:
         if (isFound) {
             expected.messages.back().attachments = {{.uti = u"image/jpeg"_s,
                                                      .filename = u"a b.jpg"_s,
-                                                     .path = inApp(u"r/app_parts/"_s + name),
+                                                     .path = m_test->inApp(u"r/app_parts/"_s + name),
                                                      .sizeBytes = 7}};
         }
         const DRImportedChat chat = reader.importChatWithAndroidDatabase(1, {u"5"_s}, u"SMS"_s);

@@ -1,10 +1,10 @@
 #include "convert/messages/DRMessagesTemplate.h"
 #include "convert/messages/DRMessageTriggers.h"
 #include "platform/sqlite/DRDatabase.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QSet>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <algorithm>
 #include <iterator>
@@ -301,11 +301,9 @@ private Q_SLOTS:
 
     void judges_data()
     {
-        QTest::addColumn<QString>("script");
-        QTest::addColumn<bool>("hasTemplate");
-        QTest::addColumn<bool>("isAccepted");
+        const DRTestTable<QString, bool, bool> add("script", "hasTemplate", "isAccepted");
         for (const Case& row : cases()) {
-            QTest::newRow(row.name) << row.script << (row.base == Base::WithTriggers) << row.isAccepted;
+            add(row.name, row.script, (row.base == Base::WithTriggers), row.isAccepted);
         }
     }
 
@@ -328,7 +326,7 @@ private Q_SLOTS:
 
     void triggersThatAddUpMayNotBeLeftOut_data()
     {
-        QTest::addColumn<QString>("script");
+        const DRTestTable<QString> add("script");
         const QStringList addingUp{u"counter"_s,
                                    u"log behind a good statement"_s,
                                    u"part counts"_s,
@@ -337,7 +335,7 @@ private Q_SLOTS:
                                    u"condition on the kind"_s};
         for (const Case& row : cases()) {
             if (addingUp.contains(QLatin1StringView(row.name))) {
-                QTest::newRow(row.name) << row.script;
+                add(row.name, row.script);
             }
         }
     }

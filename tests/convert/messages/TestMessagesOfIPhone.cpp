@@ -1,7 +1,7 @@
 #include "tests/convert/messages/DRMessagesFixture.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QRegularExpression>
-#include <QTest>
 
 #include <functional>
 
@@ -10,12 +10,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QDir kData(QStringLiteral(MIGRATE_TEST_DATA "/messages"));
-
-QByteArray contentsOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 /// The files that the script names in lines "-- file: PATH".
 QStringList filesOf(const QString& sql)
@@ -35,7 +29,7 @@ QStringList stateOf(const QString& folder)
     for (const QFileInfo& file :
          QDir(folder).entryInfoList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotDot)) {
         state << file.fileName() << file.lastModified().toString(Qt::ISODateWithMs)
-              << QString::fromLatin1((file.isFile() ? contentsOf(file.filePath()) : QByteArray()).toHex());
+              << QString::fromLatin1((file.isFile() ? readFile(file.filePath()) : QByteArray()).toHex());
     }
     return state;
 }
@@ -58,17 +52,11 @@ private:
 
     [[nodiscard]] QString log() const { return m_fixture->backedUp(DRMessagesFixture::kDatabase + u"-wal"_s); }
 
-    [[nodiscard]] bool run(const QString& sql) const
-    {
-        auto database = DRDatabase::open(m_fixture->database(), DRDatabase::Profile::Create);
-        return database && database->executeScript(sql);
-    }
-
     /// Writes the database with its newest message in a log beside it, under the log's own name in a backup.
     void separateLog() const
     {
-        const QString live = m_fixture->test.root.filePath(u"live.db"_s);
-        QVERIFY(run(u"PRAGMA journal_mode=WAL;"_s) && QFile::copy(m_fixture->database(), live));
+        const QString live = m_fixture->path(u"live.db"_s);
+        QVERIFY(m_fixture->makeDatabase(u"PRAGMA journal_mode=WAL;"_s) && QFile::copy(m_fixture->database(), live));
         auto database = DRDatabase::open(live, DRDatabase::Profile::Create);
         QVERIFY(database &&
                 database->executeScript(
@@ -81,14 +69,15 @@ private:
     void hotJournal() const
     {
         const QByteArray header = QByteArray::fromHex("d9d505f920a163d7 00000000 00000000 00000001 00000200 00001000");
-        QVERIFY(DRMessagesFixture::write(m_fixture->database() + u"-journal"_s, header.leftJustified(512, '\0')));
+        QVERIFY(writeFile(m_fixture->database() + u"-journal"_s, header.leftJustified(512, '\0')));
     }
 
     /// Makes a database of many pages, of which the last ones are no pages any more.
     void damaged() const
     {
-        QVERIFY(run(u"WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
-                    "INSERT INTO message (ROWID, text) SELECT i, 'filler' FROM n;"_s));
+        QVERIFY(
+            m_fixture->makeDatabase(u"WITH RECURSIVE n(i) AS (SELECT 100 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) "
+                                    "INSERT INTO message (ROWID, text) SELECT i, 'filler' FROM n;"_s));
         QFile file(m_fixture->database());
         QVERIFY(file.open(QIODevice::ReadWrite) && file.seek(file.size() - 8192) &&
                 file.write(QByteArray(8192, 'x')) == 8192);
@@ -101,7 +90,7 @@ private:
 
     void linked() const
     {
-        const QString elsewhere = m_fixture->test.root.filePath(u"elsewhere.db"_s);
+        const QString elsewhere = m_fixture->path(u"elsewhere.db"_s);
         QVERIFY(QFile::rename(m_fixture->database(), elsewhere) && QFile::link(elsewhere, m_fixture->database()));
     }
 
@@ -113,16 +102,16 @@ private Q_SLOTS:
 
     void databasesBecomeChats_data()
     {
-        QTest::addColumn<QString>("name");
+        const DRTestTable<QString> row("name");
         for (const QString& file : kData.entryList({u"*.sql"_s})) {
-            QTest::newRow(qPrintable(file)) << kData.filePath(file.chopped(4));
+            row(qPrintable(file), kData.filePath(file.chopped(4)));
         }
     }
 
     void databasesBecomeChats()
     {
         QFETCH(const QString, name);
-        const QString sql = QString::fromUtf8(contentsOf(name + u".sql"_s));
+        const QString sql = QString::fromUtf8(readFile(name + u".sql"_s));
         QVERIFY(m_fixture->makeDatabase(sql) && m_fixture->addFiles(filesOf(sql)));
         const auto messages = m_fixture->iPhoneSide();
         QVERIFY(messages->load());
@@ -133,30 +122,29 @@ private Q_SLOTS:
         for (const QString& warning : messages->report().warnings) {
             lines << u"warning: "_s + warning;
         }
-        QCOMPARE(lines, QString::fromUtf8(contentsOf(name + u".expected"_s)).trimmed().split(u'\n'));
+        QCOMPARE(lines, QString::fromUtf8(readFile(name + u".expected"_s)).trimmed().split(u'\n'));
     }
 
     void attachmentsAreFound_data()
     {
-        QTest::addColumn<QString>("storedPath");
-        QTest::addColumn<QString>("place"); ///< what lies in the backup: a path of the media domain
-        QTest::addColumn<QString>("kind");
-        QTest::addColumn<QString>("name"); ///< null when the attachment is missing
+        // place: what lies in the backup: a path of the media domain
+        // name: null when the attachment is missing
+        const DRTestTable<QString, QString, QString, QString> row("storedPath", "place", "kind", "name");
         const QString path = u"Library/SMS/Attachments/aa/a.jpg"_s;
         const QString stored = u"~/"_s + path;
-        QTest::newRow("in the home folder") << stored << path << u"file"_s << u"a.jpg"_s;
-        QTest::newRow("absolute") << u"/var/mobile/"_s + path << path << u"file"_s << u"a.jpg"_s;
-        QTest::newRow("both, repeated") << u"/var/mobile/~/~/"_s + path << path << u"file"_s << u"a.jpg"_s;
-        QTest::newRow("relative") << path << path << u"file"_s << u"a.jpg"_s;
-        QTest::newRow("of another home") << u"/var/root/"_s + path << path << u"file"_s << QString();
-        QTest::newRow("no folders") << u"a.jpg"_s << u"a.jpg"_s << u"file"_s << u"a.jpg"_s;
-        QTest::newRow("zero bytes") << stored << path << u"empty"_s << u"a.jpg"_s;
-        QTest::newRow("a link") << stored << path << u"link"_s << QString();
-        QTest::newRow("a folder") << stored << path << u"folder"_s << QString();
-        QTest::newRow("missing") << stored << path << u"nothing"_s << QString();
-        QTest::newRow("out of the backup") << u"~/../../secret"_s << u"x"_s << u"nothing"_s << QString();
+        row("in the home folder", stored, path, u"file"_s, u"a.jpg"_s);
+        row("absolute", u"/var/mobile/"_s + path, path, u"file"_s, u"a.jpg"_s);
+        row("both, repeated", u"/var/mobile/~/~/"_s + path, path, u"file"_s, u"a.jpg"_s);
+        row("relative", path, path, u"file"_s, u"a.jpg"_s);
+        row("of another home", u"/var/root/"_s + path, path, u"file"_s, {});
+        row("no folders", u"a.jpg"_s, u"a.jpg"_s, u"file"_s, u"a.jpg"_s);
+        row("zero bytes", stored, path, u"empty"_s, u"a.jpg"_s);
+        row("a link", stored, path, u"link"_s, {});
+        row("a folder", stored, path, u"folder"_s, {});
+        row("missing", stored, path, u"nothing"_s, {});
+        row("out of the backup", u"~/../../secret"_s, u"x"_s, u"nothing"_s, {});
         // Only a name by which a hash is made; no folder is left by it.
-        QTest::newRow("dots in the path") << u"~/a/../b"_s << u"a/../b"_s << u"file"_s << u"b"_s;
+        row("dots in the path", u"~/a/../b"_s, u"a/../b"_s, u"file"_s, u"b"_s);
     }
 
     void attachmentsAreFound()
@@ -165,15 +153,15 @@ private Q_SLOTS:
         QFETCH(const QString, place);
         QFETCH(const QString, kind);
         QFETCH(const QString, name);
-        const QString sql = QString::fromUtf8(contentsOf(kData.filePath(u"both.sql"_s)));
+        const QString sql = QString::fromUtf8(readFile(kData.filePath(u"both.sql"_s)));
         QVERIFY(m_fixture->makeDatabase(
             sql + u"DELETE FROM msg_group; UPDATE attachment SET filename='%1';"_s.arg(storedPath)));
         const QString file = m_fixture->backedUp(u"MediaDomain-"_s + place);
         const QByteArray bytes = kind == u"file" ? "bytes" : "";
-        const QString secret = m_fixture->test.root.filePath(u"secret"_s);
-        QVERIFY(DRMessagesFixture::write(secret, "secret"));
+        const QString secret = m_fixture->path(u"secret"_s);
+        QVERIFY(writeFile(secret, "secret"));
         if (kind == u"file" || kind == u"empty") {
-            QVERIFY(DRMessagesFixture::write(file, bytes));
+            QVERIFY(writeFile(file, bytes));
         } else if (kind == u"link") {
             QVERIFY(QFile::link(secret, file));
         } else if (kind == u"folder") {
@@ -198,36 +186,36 @@ private Q_SLOTS:
 
     void otherSchemasAreRead_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QString>("amount"); ///< chats, messages, attachments, skipped; null when nothing is read
-        QTest::newRow("both layouts") << u""_s << u"2/2/2/0"_s;
-        QTest::newRow("no chat") << u"DROP TABLE chat;"_s << u"1/1/1/0"_s;
-        QTest::newRow("no groups") << u"DROP TABLE msg_group;"_s << u"1/1/1/0"_s;
-        QTest::newRow("no pieces") << u"DROP TABLE msg_pieces;"_s << u"2/2/1/0"_s;
-        QTest::newRow("no attachments by name") << u"DROP TABLE madrid_attachment;"_s << u"2/2/2/0"_s;
-        QTest::newRow("no associations") << u"ALTER TABLE message DROP COLUMN association_id;"_s << u"2/2/2/0"_s;
-        QTest::newRow("no places") << u"ALTER TABLE msg_pieces DROP COLUMN content_loc;"_s << u"2/2/1/0"_s;
-        QTest::newRow("no groups of messages")
-            << u"ALTER TABLE message DROP COLUMN group_id; UPDATE msg_group SET ROWID=0; UPDATE group_member SET group_id=0;"_s
-            << u"1/1/1/0"_s;
-        QTest::newRow("only the columns of the order")
-            << u"ALTER TABLE chat DROP COLUMN service_name; ALTER TABLE message DROP COLUMN text; "
-               "ALTER TABLE message DROP COLUMN is_from_me; ALTER TABLE attachment DROP COLUMN uti;"_s
-            << u"2/2/2/0"_s;
+        // amount: chats, messages, attachments, skipped; null when nothing is read
+        const DRTestTable<QString, QString> row("change", "amount");
+        row("both layouts", u""_s, u"2/2/2/0"_s);
+        row("no chat", u"DROP TABLE chat;"_s, u"1/1/1/0"_s);
+        row("no groups", u"DROP TABLE msg_group;"_s, u"1/1/1/0"_s);
+        row("no pieces", u"DROP TABLE msg_pieces;"_s, u"2/2/1/0"_s);
+        row("no attachments by name", u"DROP TABLE madrid_attachment;"_s, u"2/2/2/0"_s);
+        row("no associations", u"ALTER TABLE message DROP COLUMN association_id;"_s, u"2/2/2/0"_s);
+        row("no places", u"ALTER TABLE msg_pieces DROP COLUMN content_loc;"_s, u"2/2/1/0"_s);
+        row("no groups of messages",
+            u"ALTER TABLE message DROP COLUMN group_id; UPDATE msg_group SET ROWID=0; UPDATE group_member SET group_id=0;"_s,
+            u"1/1/1/0"_s);
+        row("only the columns of the order",
+            u"ALTER TABLE chat DROP COLUMN service_name; ALTER TABLE message DROP COLUMN text; "
+            "ALTER TABLE message DROP COLUMN is_from_me; ALTER TABLE attachment DROP COLUMN uti;"_s,
+            u"2/2/2/0"_s);
         // What belongs together and lacks a table is told.
-        QTest::newRow("no messages") << u"DROP TABLE message;"_s << u"1/0/0/1"_s;
-        QTest::newRow("no handles") << u"DROP TABLE handle;"_s << u"2/2/2/1"_s;
-        QTest::newRow("no messages of chats") << u"DROP TABLE chat_message_join;"_s << u"2/1/1/1"_s;
-        QTest::newRow("no attachments") << u"DROP TABLE attachment;"_s << u"2/2/1/1"_s;
-        QTest::newRow("no members") << u"DROP TABLE group_member;"_s << u"1/1/1/2"_s;
-        QTest::newRow("none of them") << u"DROP TABLE message; DROP TABLE chat; DROP TABLE msg_group;"_s << QString();
+        row("no messages", u"DROP TABLE message;"_s, u"1/0/0/1"_s);
+        row("no handles", u"DROP TABLE handle;"_s, u"2/2/2/1"_s);
+        row("no messages of chats", u"DROP TABLE chat_message_join;"_s, u"2/1/1/1"_s);
+        row("no attachments", u"DROP TABLE attachment;"_s, u"2/2/1/1"_s);
+        row("no members", u"DROP TABLE group_member;"_s, u"1/1/1/2"_s);
+        row("none of them", u"DROP TABLE message; DROP TABLE chat; DROP TABLE msg_group;"_s, {});
     }
 
     void otherSchemasAreRead()
     {
         QFETCH(const QString, change);
         QFETCH(const QString, amount);
-        const QString sql = QString::fromUtf8(contentsOf(kData.filePath(u"both.sql"_s)));
+        const QString sql = QString::fromUtf8(readFile(kData.filePath(u"both.sql"_s)));
         QVERIFY(m_fixture->makeDatabase(sql + change) && m_fixture->addFiles(filesOf(sql)));
         const auto messages = m_fixture->iPhoneSide();
         QCOMPARE(messages->load(), !amount.isNull());
@@ -239,50 +227,42 @@ private Q_SLOTS:
     void brokenDatabases_data()
     {
         using Break = std::function<void(const TestMessagesOfIPhone&)>;
-        QTest::addColumn<Break>("breakIt");
-        QTest::addColumn<bool>("isLoaded");
-        QTest::addColumn<bool>("isNotInBackup");
-        QTest::addColumn<QString>("amount");
-        const auto row = [](const char* name, const Break& breakIt) -> QTestData& {
-            return QTest::newRow(name) << breakIt;
-        };
+        const DRTestTable<bool, bool, QString, Break> row("isLoaded", "isNotInBackup", "amount", "breakIt");
         const auto file = [](const QByteArray& bytes) {
-            return [bytes](const auto& self) { QVERIFY(DRMessagesFixture::write(self.m_fixture->database(), bytes)); };
+            return [bytes](const auto& self) { QVERIFY(writeFile(self.m_fixture->database(), bytes)); };
         };
-        row("whole", [](const auto&) {}) << true << false << u"2/2/2/2"_s;
-        row("missing", [](const auto& self) { QVERIFY(QFile::remove(self.m_fixture->database())); })
-            << false << true << u"0/0/0/0"_s;
-        row("no database", file(QByteArray(8192, 'x'))) << false << false << u"0/0/0/1"_s;
-        row("no bytes", file("")) << false << false << u"0/0/0/1"_s;
-        row("damaged", [](const auto& self) { self.damaged(); }) << true << false << u"2/2/2/3"_s;
-        row("cut off", [](const auto& self) { self.cutOff(); }) << false << false << u"0/0/0/1"_s;
-        row("hot journal", [](const auto& self) { self.hotJournal(); }) << true << false << u"2/2/2/2"_s;
-        row("separate log", [](const auto& self) { self.separateLog(); }) << true << false << u"2/3/2/2"_s;
-        row("log that is none",
-            [](const auto& self) { QVERIFY(DRMessagesFixture::write(self.log(), QByteArray(4096, 'x'))); })
-            << false << false << u"0/0/0/0"_s;
-        row("a link", [](const auto& self) { self.linked(); }) << false << false << u"0/0/0/0"_s;
+        row("whole", true, false, u"2/2/2/2"_s, [](const auto&) {});
+        row("missing", false, true, u"0/0/0/0"_s,
+            [](const auto& self) { QVERIFY(QFile::remove(self.m_fixture->database())); });
+        row("no database", false, false, u"0/0/0/1"_s, file(QByteArray(8192, 'x')));
+        row("no bytes", false, false, u"0/0/0/1"_s, file(""));
+        row("damaged", true, false, u"2/2/2/3"_s, [](const auto& self) { self.damaged(); });
+        row("cut off", false, false, u"0/0/0/1"_s, [](const auto& self) { self.cutOff(); });
+        row("hot journal", true, false, u"2/2/2/2"_s, [](const auto& self) { self.hotJournal(); });
+        row("separate log", true, false, u"2/3/2/2"_s, [](const auto& self) { self.separateLog(); });
+        row("log that is none", false, false, u"0/0/0/0"_s,
+            [](const auto& self) { QVERIFY(writeFile(self.log(), QByteArray(4096, 'x'))); });
+        row("a link", false, false, u"0/0/0/0"_s, [](const auto& self) { self.linked(); });
     }
 
     /// The backup is read-only, and what a program may do in it in spite of that must not happen either.
     void brokenDatabases()
     {
         QFETCH(const std::function<void(const TestMessagesOfIPhone&)>, breakIt);
-        QFETCH(const QString, amount);
-        QVERIFY(m_fixture->makeDatabase(QString::fromUtf8(contentsOf(kData.filePath(u"both.sql"_s)))));
+        QVERIFY(m_fixture->makeDatabase(QString::fromUtf8(readFile(kData.filePath(u"both.sql"_s)))));
         breakIt(*this);
         const QStringList before = stateOf(m_fixture->backup());
         const auto messages = m_fixture->iPhoneSide();
         QTEST(messages->load(), "isLoaded");
         QTEST(messages->report().isNotInBackup, "isNotInBackup");
-        QCOMPARE(amountIn(messages->report()), amount);
+        QTEST(amountIn(messages->report()), "amount");
         QCOMPARE(stateOf(m_fixture->backup()), before);
         QVERIFY(!DRMigrateIPhoneMessages(m_fixture->test.services).load()); // without a source
     }
 
     void lockedDatabaseIsRead()
     {
-        QVERIFY(m_fixture->makeDatabase(QString::fromUtf8(contentsOf(kData.filePath(u"both.sql"_s)))));
+        QVERIFY(m_fixture->makeDatabase(QString::fromUtf8(readFile(kData.filePath(u"both.sql"_s)))));
         auto owner = DRDatabase::open(m_fixture->database(), DRDatabase::Profile::Create);
         QVERIFY(owner && owner->executeScript(u"BEGIN EXCLUSIVE; DELETE FROM chat;"_s));
         QVERIFY(QFile::exists(m_fixture->database() + u"-journal"_s));

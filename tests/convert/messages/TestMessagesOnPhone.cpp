@@ -3,11 +3,11 @@
 #include "convert/messages/DRMigrateAndroidMessages.h"
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRTransaction.h"
-#include "tests/support/DRTestServices.h"
+#include "tests/convert/DRConverterFixture.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -52,38 +52,26 @@ class TestMessagesOnPhone : public QObject {
     Q_OBJECT
 
 private:
-    std::unique_ptr<DRTestServices> m_test;
+    std::unique_ptr<DRConverterFixture> m_test;
 
-    [[nodiscard]] QString path(const QString& relative) const { return m_test->root.filePath(relative); }
-    [[nodiscard]] QString inApp(const QString& file) const
-    {
-        return path(u"work/%1/apps/%1/%2"_s.arg(kPacketID, file));
-    }
-    [[nodiscard]] QString database() const { return inApp(u"db/mmssms.db"_s); }
-
-    [[nodiscard]] std::shared_ptr<DRMigrateAndroidMessages> phoneSide() const
-    {
-        auto messages = std::make_shared<DRMigrateAndroidMessages>(m_test->services);
-        messages->setSourcePath(path(u"phone"_s));
-        messages->setTargetPath(path(u"work"_s));
-        messages->setPacketID(kPacketID);
-        return messages;
-    }
+    [[nodiscard]] QString database() const { return m_test->inApp(u"db/mmssms.db"_s); }
+    [[nodiscard]] auto phoneSide() const { return m_test->phoneSide<DRMigrateAndroidMessages>(); }
 
     DRIMessageAttachment attachment(const QString& name, const QString& mimeType, const QByteArray& bytes) const
     {
-        QFile file(path(u"file "_s + name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+        const QString path = m_test->path(u"file "_s + name);
+        if (!writeFile(path, bytes)) {
             qFatal("a file of the test cannot be written");
         }
-        return {.mimeType = mimeType, .uti = {}, .filename = name, .path = file.fileName(), .sizeBytes = bytes.size()};
+        return {.mimeType = mimeType, .uti = {}, .filename = name, .path = path, .sizeBytes = bytes.size()};
     }
 
     /// Merges into the database as it stands, or an empty one.
     [[nodiscard]] DRMigrateReport merge(const std::vector<DRImportedChat>& chats) const
     {
         const auto target = phoneSide();
-        return target->mergeDataFrom(Chats(m_test->services, chats)) ? target->report() : DRMigrateReport{.found = -1};
+        return target->mergeDataFrom(Chats(m_test->test.services, chats)) ? target->report()
+                                                                          : DRMigrateReport{.found = -1};
     }
 
     [[nodiscard]] QString rows(const QString& table, const QStringList& leftOut = {}) const
@@ -102,7 +90,7 @@ private Q_SLOTS:
 
     void init()
     {
-        m_test = std::make_unique<DRTestServices>();
+        m_test = std::make_unique<DRConverterFixture>(kPacketID);
         QVERIFY(writeEmptyMessagesDatabase(database()));
     }
 
@@ -158,7 +146,7 @@ private Q_SLOTS:
                                         .attachments = {attachment(u"a.b.jpg"_s, u"IMAGE/jpeg"_s, "picture"),
                                                         attachment(u"s.amr"_s, u"audio/amr"_s, ""),
                                                         attachment(u"d.pdf"_s, u"application/pdf"_s, "paper"),
-                                                        {.filename = u"gone.jpg"_s, .path = path(u"gone"_s)}}};
+                                                        {.filename = u"gone.jpg"_s, .path = m_test->path(u"gone"_s)}}};
         const DRMigrateReport report = merge({{.recipients = {u"5"_s}, .messages = {message}}});
         QCOMPARE(report.counts.at(u"attachments"_s), 3);
         QCOMPARE(report.skipped.size(), 1U);
@@ -171,7 +159,7 @@ private Q_SLOTS:
             if (const QString data = part.string("_data"); !data.isNull()) {
                 QVERIFY2(data.startsWith(u"/data/data/%1/app_parts/PART_1400000001"_s.arg(kPacketID)),
                          qPrintable(data));
-                QVERIFY(QFile::exists(inApp(u"r/app_parts/"_s + data.section(u'/', -1))));
+                QVERIFY(QFile::exists(m_test->inApp(u"r/app_parts/"_s + data.section(u'/', -1))));
             }
         }
         QCOMPARE(lines, u"1|0|IMAGE/jpeg|<a.b>|a.b.jpg\n1|0|audio/amr|<s>|s.amr\n1|0|application/pdf|<d>|d.pdf\n"
@@ -195,8 +183,8 @@ private Q_SLOTS:
             const DRMigrateReport report = merge({{.recipients = {u"5"_s}, .messages = {message}}});
             QCOMPARE(report.counts.at(u"attachments"_s), 1500);
         }
-        QCOMPARE(QDir(inApp(u"r/app_parts"_s)).entryList(QDir::Files).size(), 3000);
-        QVERIFY(!QDir(inApp(u"r/app_parts"_s)).entryList(QDir::Files).join(u' ').contains(u"PART_-"_s));
+        QCOMPARE(QDir(m_test->inApp(u"r/app_parts"_s)).entryList(QDir::Files).size(), 3000);
+        QVERIFY(!QDir(m_test->inApp(u"r/app_parts"_s)).entryList(QDir::Files).join(u' ').contains(u"PART_-"_s));
     }
 
     /// A missing type and an empty one are two to the triggers.
@@ -276,18 +264,16 @@ private Q_SLOTS:
 
     void databasesOfOtherPhones_data()
     {
-        QTest::addColumn<QString>("change");
-        QTest::addColumn<QString>("reason"); ///< empty when all is written
-        QTest::newRow("no column") << u"ALTER TABLE sms DROP COLUMN sequence_time;"_s << u"sms.sequence_time"_s;
-        QTest::newRow("no table") << u"DROP TABLE pdu;"_s << u"pdu"_s;
-        QTest::newRow("refusing") << u"CREATE TRIGGER no BEFORE INSERT ON sms BEGIN SELECT RAISE(IGNORE); END;"_s
-                                  << u"refused it"_s;
-        QTest::newRow("failing") << u"CREATE TRIGGER no BEFORE INSERT ON sms BEGIN SELECT RAISE(ABORT, 'never'); END;"_s
-                                 << u"never"_s;
-        QTest::newRow("no list of the maker's")
-            << u"DROP TABLE vrnm_threads; DROP TRIGGER sms_update_thread_on_insert; "
-               "DROP TRIGGER pdu_update_thread_on_insert;"_s
-            << u""_s;
+        const DRTestTable<QString, QString> row("change", "reason"); // reason: empty when all is written
+        row("no column", u"ALTER TABLE sms DROP COLUMN sequence_time;"_s, u"sms.sequence_time"_s);
+        row("no table", u"DROP TABLE pdu;"_s, u"pdu"_s);
+        row("refusing", u"CREATE TRIGGER no BEFORE INSERT ON sms BEGIN SELECT RAISE(IGNORE); END;"_s, u"refused it"_s);
+        row("failing", u"CREATE TRIGGER no BEFORE INSERT ON sms BEGIN SELECT RAISE(ABORT, 'never'); END;"_s,
+            u"never"_s);
+        row("no list of the maker's",
+            u"DROP TABLE vrnm_threads; DROP TRIGGER sms_update_thread_on_insert; "
+            "DROP TRIGGER pdu_update_thread_on_insert;"_s,
+            u""_s);
     }
 
     void databasesOfOtherPhones()
@@ -321,8 +307,8 @@ private Q_SLOTS:
         QCOMPARE(file.write(QByteArray(kPageBytes, '\0')), kPageBytes);
         file.close();
         const auto target = phoneSide();
-        QVERIFY(!target->mergeDataFrom(
-            Chats(m_test->services, {{.recipients = {u"5"_s}, .messages = {{.address = u"5"_s, .date = moment(1)}}}})));
+        QVERIFY(!target->mergeDataFrom(Chats(
+            m_test->test.services, {{.recipients = {u"5"_s}, .messages = {{.address = u"5"_s, .date = moment(1)}}}})));
         QCOMPARE(target->report().skipped.back().why, u"the conversations on the phone cannot be read"_s);
     }
 
@@ -335,7 +321,7 @@ private Q_SLOTS:
             chat.messages.push_back({.address = u"5"_s, .text = text, .date = moment(1)});
         }
         const auto target = phoneSide();
-        QVERIFY(!target->mergeDataFrom(Chats(m_test->services, {chat})));
+        QVERIFY(!target->mergeDataFrom(Chats(m_test->test.services, {chat})));
         QCOMPARE(rows(u"threads"_s) + rows(u"sms"_s), QString());
         QCOMPARE(target->report().skipped.back().why, u"end"_s);
     }

@@ -1,6 +1,5 @@
 #include "convert/notes/DRNoteText.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -11,11 +10,7 @@ private Q_SLOTS:
 
     void reducesHtml_data()
     {
-        QTest::addColumn<QString>("html");
-        QTest::addColumn<QString>("text");
-        const auto row = [](const char* name, const QString& html, const QString& text) {
-            QTest::newRow(name) << html << text;
-        };
+        const DRTestTable<QString, QString> row("html", "text");
         row("empty", u""_s, u""_s);
         row("missing", QString(), u""_s);
         row("br in any case", u"a<br>b<BR>c<bR>d"_s, u"a\nb\nc\nd"_s);

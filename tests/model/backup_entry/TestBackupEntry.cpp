@@ -6,10 +6,10 @@
 #include "platform/core/DRFileNames.h"
 #include "platform/core/DRPropertyList.h"
 #include "tests/support/DRTestServices.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 #include <algorithm>
 #include <fcntl.h>
@@ -142,12 +142,10 @@ private Q_SLOTS:
 
     void baseMergeAppends_data()
     {
-        QTest::addColumn<DREntryList>("own");
-        QTest::addColumn<DREntryList>("source");
-        QTest::addColumn<QString>("merged");
-        QTest::newRow("both") << numbers({1, 2}) << numbers({3}) << u"1 2 3"_s;
-        QTest::newRow("source only") << DREntryList() << numbers({3}) << u"3"_s;
-        QTest::newRow("own only") << numbers({1}) << DREntryList() << u"1"_s;
+        const DRTestTable<DREntryList, DREntryList, QString> row("own", "source", "merged");
+        row("both", numbers({1, 2}), numbers({3}), u"1 2 3"_s);
+        row("source only", {}, numbers({3}), u"3"_s);
+        row("own only", numbers({1}), {}, u"1"_s);
     }
 
     void baseMergeAppends()
@@ -182,12 +180,11 @@ private Q_SLOTS:
 
     void packetBytesGoByHalves_data()
     {
-        QTest::addColumn<qint64>("flags");
-        QTest::addColumn<quint64>("done");
-        QTest::newRow("nothing") << qint64{0} << quint64{0};
-        QTest::newRow("fetched, loaded") << qint64{0x3} << quint64{2097152};
-        QTest::newRow("fetched, restored") << qint64{0x1F} << quint64{4194304};
-        QTest::newRow("failed") << qint64{0x8000} << quint64{0};
+        const DRTestTable<qint64, quint64> row("flags", "done");
+        row("nothing", 0, 0);
+        row("fetched, loaded", 0x3, 2097152);
+        row("fetched, restored", 0x1F, 4194304);
+        row("failed", 0x8000, 0);
     }
 
     void packetBytesGoByHalves()

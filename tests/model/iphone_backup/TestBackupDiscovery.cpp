@@ -4,22 +4,16 @@
 #include "model/media/DRMigrateMediaDataType.h"
 #include "platform/core/DRDigest.h"
 #include "platform/core/DRPropertyList.h"
+#include "tests/support/DRTestFiles.h"
 #include "tests/support/DRTestServices.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile file(path);
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()) && file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
 
 QDateTime day(int number)
 {
@@ -60,12 +54,13 @@ private Q_SLOTS:
                                {u"Product Version"_s, u"7.1.2"_s},
                                {u"Serial Number"_s, 12},
                                {u"Last Backup Date"_s, day(5)}};
-        writeFile(folder(u"root/b/Info.plist"_s), DRPropertyList::xmlFromDictionary(info));
-        writeFile(folder(u"root/b/Manifest.plist"_s), DRPropertyList::binaryFromDictionary({{u"IsEncrypted"_s, true}}));
-        writeFile(folder(u"root/a/Info.plist"_s), DRPropertyList::binaryFromDictionary({}));
-        writeFile(folder(u"root/broken/Info.plist"_s), "<plist><dict>");
-        writeFile(folder(u"root/file"_s), "no folder");
-        writeFile(folder(u"root/foreign/readme"_s), "");
+        QVERIFY(writeFile(folder(u"root/b/Info.plist"_s), DRPropertyList::xmlFromDictionary(info)));
+        QVERIFY(writeFile(folder(u"root/b/Manifest.plist"_s),
+                          DRPropertyList::binaryFromDictionary({{u"IsEncrypted"_s, true}})));
+        QVERIFY(writeFile(folder(u"root/a/Info.plist"_s), DRPropertyList::binaryFromDictionary({})));
+        QVERIFY(writeFile(folder(u"root/broken/Info.plist"_s), "<plist><dict>"));
+        QVERIFY(writeFile(folder(u"root/file"_s), "no folder"));
+        QVERIFY(writeFile(folder(u"root/foreign/readme"_s), ""));
 
         const auto entries = DRMigrateUtils::iPhoneBackupEntriesAtPath(folder(u"root"_s), m_test.services);
         QCOMPARE(entries.size(), 2U);
@@ -81,16 +76,15 @@ private Q_SLOTS:
 
     void latestOfEachDevice_data()
     {
-        QTest::addColumn<QList<Backup>>("list");
-        QTest::addColumn<QList<int>>("latest"); // positions in the list
+        const DRTestTable<QList<Backup>, QList<int>> row("list", "latest"); // latest: positions in the list
         const QString one = u"one"_s;
         const QString two = u"two"_s;
-        QTest::newRow("newer of one device") << QList<Backup>{{one, 1}, {one, 2}} << QList<int>{1};
-        QTest::newRow("newest device first") << QList<Backup>{{one, 1}, {two, 2}} << QList<int>{1, 0};
-        QTest::newRow("equal dates: first stays") << QList<Backup>{{one, 3}, {one, 3}} << QList<int>{0};
-        QTest::newRow("encrypted newer") << QList<Backup>{{one, 3}, {one, 4, true}} << QList<int>{0};
-        QTest::newRow("encrypted only") << QList<Backup>{{one, 3, true}} << QList<int>{};
-        QTest::newRow("no name") << QList<Backup>{{QString(), 3}, {u""_s, 2}} << QList<int>{1};
+        row("newer of one device", {{one, 1}, {one, 2}}, {1});
+        row("newest device first", {{one, 1}, {two, 2}}, {1, 0});
+        row("equal dates: first stays", {{one, 3}, {one, 3}}, {0});
+        row("encrypted newer", {{one, 3}, {one, 4, true}}, {0});
+        row("encrypted only", {{one, 3, true}}, {});
+        row("no name", {{QString(), 3}, {u""_s, 2}}, {1});
     }
 
     void latestOfEachDevice()
@@ -110,14 +104,13 @@ private Q_SLOTS:
 
     void majorVersion_data()
     {
-        QTest::addColumn<QString>("version");
-        QTest::addColumn<int>("major");
-        QTest::newRow("dotted") << u"6.1.3"_s << 6;
-        QTest::newRow("no dot") << u"10"_s << 10;
-        QTest::newRow("missing") << QString() << 0;
-        QTest::newRow("text") << u"beta"_s << 0;
-        QTest::newRow("trailing text") << u"7b.1"_s << 7;
-        QTest::newRow("huge") << u"99999999999.1"_s << 0;
+        const DRTestTable<QString, int> row("version", "major");
+        row("dotted", u"6.1.3"_s, 6);
+        row("no dot", u"10"_s, 10);
+        row("missing", {}, 0);
+        row("text", u"beta"_s, 0);
+        row("trailing text", u"7b.1"_s, 7);
+        row("huge", u"99999999999.1"_s, 0);
     }
 
     void majorVersion()
@@ -157,11 +150,11 @@ private Q_SLOTS:
     {
         const QString path = u"HomeDomain-Library/Notes/notes.sqlite"_s;
         const QString hashed = u"ca3bc056d4da0bbf88b5fb3be254f3b7147e639c"_s;
-        writeFile(folder(u"backup/Manifest.mbdb"_s), "mbdb");
+        QVERIFY(writeFile(folder(u"backup/Manifest.mbdb"_s), "mbdb"));
         QVERIFY(DRIPhoneBackupFiles::pathOfBackedUpFile(folder(u"backup"_s), path).isEmpty());
         QVERIFY(!DRIPhoneBackupFiles::holds(folder(u"backup"_s), path));
         QVERIFY(DRIPhoneBackupFiles::holds(folder(u"gone"_s), path)); // nobody can tell
-        writeFile(folder(u"backup/"_s + hashed), "notes");
+        QVERIFY(writeFile(folder(u"backup/"_s + hashed), "notes"));
         QVERIFY(DRIPhoneBackupFiles::pathOfBackedUpFile(folder(u"backup"_s), path).endsWith(hashed));
 
         QVERIFY(QFile::link(folder(u"backup"_s), folder(u"link"_s)));
@@ -170,8 +163,8 @@ private Q_SLOTS:
         QVERIFY(QFile::link(u"/etc/passwd"_s, linked));
         QVERIFY(DRIPhoneBackupFiles::pathOfBackedUpFile(folder(u"backup"_s), u"HomeDomain-other"_s).isEmpty());
 
-        writeFile(folder(u"newer/Manifest.db"_s), "");
-        writeFile(folder(u"newer/"_s + hashed), "notes");
+        QVERIFY(writeFile(folder(u"newer/Manifest.db"_s), ""));
+        QVERIFY(writeFile(folder(u"newer/"_s + hashed), "notes"));
         QCOMPARE(DRIPhoneBackupFiles::layoutOfBackup(folder(u"newer"_s)), DRIPhoneBackupFiles::Layout::Database);
         QVERIFY(DRIPhoneBackupFiles::pathOfBackedUpFile(folder(u"newer"_s), path).isEmpty());
     }

@@ -1,11 +1,11 @@
 #include "model/iphone_backup/DRFilePathList.h"
 #include "platform/data/DRAbstractData.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QTest>
 
 #include <array>
 
@@ -77,24 +77,20 @@ private Q_SLOTS:
         const QByteArray threeProperties = kExample.chopped(10) + QByteArray::fromHex("03") + string("a") +
                                            string("\xFF\0") + string("") + QByteArray::fromHex("ffff") + string("c") +
                                            string("d");
-        QTest::addColumn<QByteArray>("records");
-        QTest::addColumn<QStringList>("files");
-        QTest::newRow("worked example") << kExample << QStringList{kExampleText};
-        QTest::newRow("three properties") << threeProperties + kExample << QStringList{kExampleText, kExampleText};
-        QTest::newRow("absent path") << record(string("A"), QByteArray::fromHex("ffff")) + kExample
-                                     << QStringList{u"A-"_s, kExampleText};
-        QTest::newRow("empty domain") << record(string(""), string("a/b")) << QStringList{u"-a/b"_s};
-        QTest::newRow("path is no UTF-8")
-            << record(string("A"), string("x\xC3/y")) + kExample << QStringList{u"A-"_s, kExampleText};
-        QTest::newRow("domain is no UTF-8") << record(string("\xFF"), string("x")) << QStringList{u"-x"_s};
-        QTest::newRow("invalid only across the join") << record(string("A\xC3"), string("\xA9")) << QStringList{u"-"_s};
-        QTest::newRow("U+FEFF stays") << record(string("A"), string("\xEF\xBB\xBFx")) << QStringList{u"A-\uFEFFx"_s};
-        QTest::newRow("beyond ASCII") << record(string("D\u00E9"), string("\u00FC/\U0001F600"))
-                                      << QStringList{u"D\u00E9-\u00FC/\U0001F600"_s};
-        QTest::newRow("domains alternate")
-            << record(string("A"), string("x")) + record(string("B"), string("x")) + record(string("A"), string("y"))
-            << QStringList{u"A-x"_s, u"B-x"_s, u"A-y"_s};
-        QTest::newRow("no records") << QByteArray() << QStringList();
+        const DRTestTable<QByteArray, QStringList> row("records", "files");
+        row("worked example", kExample, {kExampleText});
+        row("three properties", threeProperties + kExample, {kExampleText, kExampleText});
+        row("absent path", record(string("A"), QByteArray::fromHex("ffff")) + kExample, {u"A-"_s, kExampleText});
+        row("empty domain", record(string(""), string("a/b")), {u"-a/b"_s});
+        row("path is no UTF-8", record(string("A"), string("x\xC3/y")) + kExample, {u"A-"_s, kExampleText});
+        row("domain is no UTF-8", record(string("\xFF"), string("x")), {u"-x"_s});
+        row("invalid only across the join", record(string("A\xC3"), string("\xA9")), {u"-"_s});
+        row("U+FEFF stays", record(string("A"), string("\xEF\xBB\xBFx")), {u"A-\uFEFFx"_s});
+        row("beyond ASCII", record(string("D\u00E9"), string("\u00FC/\U0001F600")), {u"D\u00E9-\u00FC/\U0001F600"_s});
+        row("domains alternate",
+            record(string("A"), string("x")) + record(string("B"), string("x")) + record(string("A"), string("y")),
+            {u"A-x"_s, u"B-x"_s, u"A-y"_s});
+        row("no records", {}, {});
     }
 
     void filesAreReadInOrder()
@@ -116,16 +112,15 @@ private Q_SLOTS:
 
     void sizesAreJudgedByTheirLowHalf_data()
     {
-        QTest::addColumn<quint64>("sizeBytes");
-        QTest::addColumn<bool>("isListed");
-        QTest::newRow("0, a folder") << quint64{0} << false;
-        QTest::newRow("1") << quint64{1} << true;
-        QTest::newRow("2 GiB - 1") << quint64{0x7FFFFFFF} << true;
-        QTest::newRow("2 GiB") << quint64{0x80000000} << false;
-        QTest::newRow("4 GiB - 1") << quint64{0xFFFFFFFF} << false;
-        QTest::newRow("4 GiB") << quint64{0x100000000} << false;
-        QTest::newRow("4 GiB + 1") << quint64{0x100000001} << true;
-        QTest::newRow("largest") << ~quint64{0} << false;
+        const DRTestTable<quint64, bool> row("sizeBytes", "isListed");
+        row("0, a folder", 0, false);
+        row("1", 1, true);
+        row("2 GiB - 1", 0x7FFFFFFF, true);
+        row("2 GiB", 0x80000000, false);
+        row("4 GiB - 1", 0xFFFFFFFF, false);
+        row("4 GiB", 0x100000000, false);
+        row("4 GiB + 1", 0x100000001, true);
+        row("largest", ~quint64{0}, false);
     }
 
     void sizesAreJudgedByTheirLowHalf()
@@ -136,25 +131,18 @@ private Q_SLOTS:
 
     void prefixIsCompared_data()
     {
-        QTest::addColumn<QByteArray>("domain");
-        QTest::addColumn<QByteArray>("path");
-        QTest::addColumn<QString>("prefix");
-        QTest::addColumn<bool>("isKept");
+        const DRTestTable<QByteArray, QByteArray, QString, bool> row("domain", "path", "prefix", "isKept");
         const QString parts = u"MediaDomain-Library/SMS/Parts/"_s;
-        QTest::newRow("other case") << QByteArray("mediadomain") << QByteArray("library/sms/parts/0a/x.jpg") << parts
-                                    << true;
-        QTest::newRow("other domain") << QByteArray("CameraRollDomain") << QByteArray("Library/SMS/Parts/x") << parts
-                                      << false;
-        QTest::newRow("other path") << QByteArray("MediaDomain") << QByteArray("Library/SMS/Part") << parts << false;
-        QTest::newRow("not at the start")
-            << QByteArray("xMediaDomain") << QByteArray("Library/SMS/Parts/x") << parts << false;
-        QTest::newRow("within the domain") << QByteArray("MediaDomain") << QByteArray("x") << u"mediad"_s << true;
-        QTest::newRow("the whole domain")
-            << QByteArray("MediaDomain") << QByteArray("\xFF") << u"MediaDomain-"_s << true;
-        QTest::newRow("domain is no UTF-8") << QByteArray("M\xFF") << QByteArray("x") << u"-X"_s << true;
-        QTest::newRow("beyond ASCII") << QByteArray("A") << QByteArray("\u00C4x") << u"a-\u00E4"_s << true;
-        QTest::newRow("grows in lower case") << QByteArray("A") << QByteArray("\u0130x") << u"A-\u0130X"_s << true;
-        QTest::newRow("empty") << QByteArray("A") << QByteArray("x") << u""_s << true;
+        row("other case", "mediadomain", "library/sms/parts/0a/x.jpg", parts, true);
+        row("other domain", "CameraRollDomain", "Library/SMS/Parts/x", parts, false);
+        row("other path", "MediaDomain", "Library/SMS/Part", parts, false);
+        row("not at the start", "xMediaDomain", "Library/SMS/Parts/x", parts, false);
+        row("within the domain", "MediaDomain", "x", u"mediad"_s, true);
+        row("the whole domain", "MediaDomain", "\xFF", u"MediaDomain-"_s, true);
+        row("domain is no UTF-8", "M\xFF", "x", u"-X"_s, true);
+        row("beyond ASCII", "A", "\u00C4x", u"a-\u00E4"_s, true);
+        row("grows in lower case", "A", "\u0130x", u"A-\u0130X"_s, true);
+        row("empty", "A", "x", u""_s, true);
     }
 
     void prefixIsCompared()
@@ -174,16 +162,13 @@ private Q_SLOTS:
 
     void integersAreBigEndian_data()
     {
-        QTest::addColumn<int>("size");
-        QTest::addColumn<qsizetype>("available");
-        QTest::addColumn<quint64>("value");
-        QTest::addColumn<qint64>("offset");
-        QTest::newRow("1") << 1 << qsizetype{9} << quint64{0x81} << qint64{1};
-        QTest::newRow("2") << 2 << qsizetype{9} << quint64{0x8102} << qint64{2};
-        QTest::newRow("4") << 4 << qsizetype{9} << quint64{0x81020304} << qint64{4};
-        QTest::newRow("8") << 8 << qsizetype{9} << quint64{0x8102030405060708} << qint64{8};
-        QTest::newRow("another size") << 3 << qsizetype{9} << quint64{0} << qint64{0};
-        QTest::newRow("cut off") << 8 << qsizetype{7} << quint64{0} << qint64{7};
+        const DRTestTable<int, qsizetype, quint64, qint64> row("size", "available", "value", "offset");
+        row("1", 1, 9, 0x81, 1);
+        row("2", 2, 9, 0x8102, 2);
+        row("4", 4, 9, 0x81020304, 4);
+        row("8", 8, 9, 0x8102030405060708, 8);
+        row("another size", 3, 9, 0, 0);
+        row("cut off", 8, 7, 0, 7);
     }
 
     void integersAreBigEndian()
@@ -197,23 +182,20 @@ private Q_SLOTS:
 
     void filesAreFoundByName_data()
     {
-        QTest::addColumn<QString>("prefix");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<bool>("includingExtension");
-        QTest::addColumn<QString>("found");
+        const DRTestTable<QString, QString, bool, QString> row("prefix", "name", "includingExtension", "found");
         const QString parts = u"M-Parts"_s;
-        QTest::newRow("stem") << parts << u"1234-1"_s << false << u"M-Parts/0a/1234-1.jpg"_s;
-        QTest::newRow("stem when the extension counts") << parts << u"1234-1"_s << true << QString();
-        QTest::newRow("whole name") << parts << u"1234-1.jpg"_s << true << u"M-Parts/0a/1234-1.jpg"_s;
-        QTest::newRow("first in list order") << u"M-"_s << u"1234-1"_s << false << u"M-Other/1234-1.mov"_s;
-        QTest::newRow("other case") << u"m-pARTS/0B"_s << u"A.TAR"_s << false << u"M-Parts/0b/a.tar.gz"_s;
-        QTest::newRow("several dots") << parts << u"a"_s << false << QString();
-        QTest::newRow("no folder") << u"M-"_s << u"M-top"_s << false << u"M-top.txt"_s;
-        QTest::newRow("no extension") << QString() << u"plain"_s << false << u"M-x/plain"_s;
-        QTest::newRow("dot in a folder") << QString() << u"name"_s << false << u"M-d.ir/name"_s;
-        QTest::newRow("nothing but extension") << QString() << u""_s << false << u"M-x/.hidden"_s;
-        QTest::newRow("a pair of surrogates") << QString() << u"\U00010428"_s << false << u"M-x/\U00010400.jpg"_s;
-        QTest::newRow("dotted I is not i") << QString() << u"i"_s << false << QString();
+        row("stem", parts, u"1234-1"_s, false, u"M-Parts/0a/1234-1.jpg"_s);
+        row("stem when the extension counts", parts, u"1234-1"_s, true, {});
+        row("whole name", parts, u"1234-1.jpg"_s, true, u"M-Parts/0a/1234-1.jpg"_s);
+        row("first in list order", u"M-"_s, u"1234-1"_s, false, u"M-Other/1234-1.mov"_s);
+        row("other case", u"m-pARTS/0B"_s, u"A.TAR"_s, false, u"M-Parts/0b/a.tar.gz"_s);
+        row("several dots", parts, u"a"_s, false, {});
+        row("no folder", u"M-"_s, u"M-top"_s, false, u"M-top.txt"_s);
+        row("no extension", {}, u"plain"_s, false, u"M-x/plain"_s);
+        row("dot in a folder", {}, u"name"_s, false, u"M-d.ir/name"_s);
+        row("nothing but extension", {}, u""_s, false, u"M-x/.hidden"_s);
+        row("a pair of surrogates", {}, u"\U00010428"_s, false, u"M-x/\U00010400.jpg"_s);
+        row("dotted I is not i", {}, u"i"_s, false, {});
     }
 
     void filesAreFoundByName()

@@ -24,7 +24,7 @@ using Tree = std::map<QString, QByteArray>;
         const QFileInfo info(found.next());
         const QString path = QDir(folder).relativeFilePath(info.filePath());
         const bool isFile = info.isFile() && !info.isSymLink();
-        tree[path] = isFile ? DRTestArchive::read(info.filePath()) : QByteArray(info.isDir() ? "<folder>" : "<other>");
+        tree[path] = isFile ? readFile(info.filePath()) : QByteArray(info.isDir() ? "<folder>" : "<other>");
     }
     tree.erase(QStringLiteral("expandBackup.tar"));
     return tree;
@@ -32,10 +32,8 @@ using Tree = std::map<QString, QByteArray>;
 
 [[nodiscard]] inline bool makeFiles(const QString& folder, const Tree& files)
 {
-    return std::ranges::all_of(files, [&folder](const auto& item) {
-        const QString path = folder + QLatin1Char('/') + item.first;
-        return QDir().mkpath(QFileInfo(path).path()) && DRTestArchive::write(path, item.second);
-    });
+    return std::ranges::all_of(
+        files, [&folder](const auto& item) { return writeFile(folder + QLatin1Char('/') + item.first, item.second); });
 }
 
 [[nodiscard]] inline QStringList namesOf(const Tree& files)
@@ -59,7 +57,7 @@ protected:
     [[nodiscard]] bool expand(const QByteArray& bytes) const
     {
         const QString packet = path(QStringLiteral("packet"));
-        return DRTestArchive::write(packet, bytes) &&
+        return writeFile(packet, bytes) &&
                DRMigrateUtils::expandAndroidBackupPacket(packet, path(QStringLiteral("out/in")));
     }
 

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include "model/packet/DRMigratePacketCodec.h"
+#include "tests/support/DRTestFiles.h"
 
 /// Archives and packets as others write them, byte by byte, well or badly.
 namespace DRTestArchive {
@@ -42,19 +43,6 @@ inline QByteArray end()
 inline QByteArray packet(const QByteArray& archive)
 {
     return "ANDROID BACKUP\n1\n1\nnone\n" + zlibDeflate(archive).value_or(QByteArray());
-}
-
-inline bool write(const QString& path, const QByteArray& bytes)
-{
-    QFile target(path);
-    return target.open(QIODevice::WriteOnly) && target.write(bytes) == bytes.size();
-}
-
-/// The file's bytes; null when it cannot be read.
-inline QByteArray read(const QString& path)
-{
-    QFile source(path);
-    return source.open(QIODevice::ReadOnly) ? QByteArray("").append(source.readAll()) : QByteArray();
 }
 
 /// Bytes that do not compress, the same at each call.

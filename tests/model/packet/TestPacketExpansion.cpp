@@ -5,6 +5,7 @@
 #include "model/packet/DRTarReader.h"
 #include "platform/core/DRFileDescriptor.h"
 #include "tests/model/packet/DRPacketFixture.h"
+#include "tests/support/DRTestTable.h"
 
 #include <limits>
 #include <numeric>
@@ -21,165 +22,150 @@ class TestPacketExpansion : public DRPacketTest {
 
 private Q_SLOTS:
     void init() { QVERIFY(makeFolder()); }
-    void refusedPacketLeavesTheFolderAlone();
-    void truncatedPacketEmptiesTheFolder();
-    void storedPacketAndOddEndsExpand_data();
-    void storedPacketAndOddEndsExpand();
-    void hostileEntriesAreLeftOut_data();
-    void hostileEntriesAreLeftOut();
-    void extractedFilesAreOurs();
-    void packetThatWouldFillTheDiskIsStopped();
-    void filesAboveFourGibibytesAreRead();
-};
 
-void TestPacketExpansion::refusedPacketLeavesTheFolderAlone()
-{
-    QVERIFY(makeFiles(path(u"out/in"_s), {{u"mine"_s, "kept"}}));
-    QVERIFY(!expand("ANDROID BACKUP\n2\n1\nnone\n"));
-    QCOMPARE(treeOf(path(u"out/in"_s)), (Tree{{u"mine"_s, "kept"}}));
-    QVERIFY(expand(packet(file("new", "n") + end())));
-    QCOMPARE(treeOf(path(u"out"_s)),
-             (Tree{{u"in"_s, "<folder>"}, {u"in/expandBackup.tar"_s, file("new", "n") + end()}, {u"in/new"_s, "n"}}));
-}
-
-void TestPacketExpansion::truncatedPacketEmptiesTheFolder()
-{
-    const QByteArray bytes =
-        packet(file("apps/a/_manifest", "1\n") + file("apps/a/f/x", DRTestArchive::noise(100)) + end());
-    QVERIFY(expand(bytes));
-    QVERIFY(expand(bytes + "bytes after the end"));
-    const qsizetype headerSize = 24;
-    for (qsizetype size = headerSize + 1; size < bytes.size(); ++size) {
-        QVERIFY2(!expand(bytes.left(size)), QByteArray::number(size).constData());
-        QVERIFY(QDir(path(u"out/in"_s)).exists() &&
-                QDir(path(u"out/in"_s)).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
-        QVERIFY(!packetContents(path(u"packet"_s)));
+    void refusedPacketLeavesTheFolderAlone()
+    {
+        QVERIFY(makeFiles(path(u"out/in"_s), {{u"mine"_s, "kept"}}));
+        QVERIFY(!expand("ANDROID BACKUP\n2\n1\nnone\n"));
+        QCOMPARE(treeOf(path(u"out/in"_s)), (Tree{{u"mine"_s, "kept"}}));
+        QVERIFY(expand(packet(file("new", "n") + end())));
+        QCOMPARE(
+            treeOf(path(u"out"_s)),
+            (Tree{{u"in"_s, "<folder>"}, {u"in/expandBackup.tar"_s, file("new", "n") + end()}, {u"in/new"_s, "n"}}));
     }
-    const QByteArray large = packet(file("a", "a") + file("b", DRTestArchive::noise(1'000'000)) + end());
-    QVERIFY(!expand(large.chopped(1))); // all of it was extracted before the damage shows
-    QVERIFY(treeOf(path(u"out/in"_s)).empty());
-    QVERIFY(expand(bytes.left(headerSize))); // no payload at all is an empty archive
-    QCOMPARE(DRTestArchive::read(path(u"out/in/expandBackup.tar"_s)), QByteArray(""));
-}
 
-void TestPacketExpansion::storedPacketAndOddEndsExpand_data()
-{
-    QTest::addColumn<QByteArray>("archive");
-    QTest::addColumn<QStringList>("names");
-    const QByteArray first = file("a", "first");
-    const QByteArray longName = entry("././@LongLink", 'L', QByteArray(300, 'l') + '\0') + file("cut", "long");
-    const QString manyNs(255, u'n');
-    const QByteArray extended = entry("x", 'x', "265 path=" + manyNs.toUtf8() + "\n") + file("cut", "long");
-    QTest::newRow("whole") << first + file("b", "") + end() << QStringList{u"a"_s, u"b"_s};
-    QTest::newRow("without end blocks") << first << QStringList{u"a"_s};
-    QTest::newRow("a lone zero block") << first + QByteArray(512, '\0') << QStringList{u"a"_s};
-    QTest::newRow("within a header") << first + file("b", "").left(100) << QStringList{u"a"_s};
-    QTest::newRow("within a file") << first + file("b", QByteArray(2000, 'b')).left(1024)
-                                   << QStringList{u"a"_s, u"b"_s};
-    QTest::newRow("damaged header") << first + QByteArray(512, 'z') + end() << QStringList{u"a"_s};
-    QTest::newRow("no archive") << QByteArray("no archive") << QStringList();
-    QTest::newRow("extended header") << extended + first + end() << QStringList{u"a"_s, manyNs};
-    QTest::newRow("long name of GNU tar, too long for a file") << longName + first + end() << QStringList{u"a"_s};
-}
-
-void TestPacketExpansion::storedPacketAndOddEndsExpand()
-{
-    QFETCH(const QByteArray, archive);
-    QFETCH(const QStringList, names);
-    for (const QByteArray& bytes : {packet(archive), "ANDROID BACKUP\n1\n0\nnone\n" + archive}) {
+    void truncatedPacketEmptiesTheFolder()
+    {
+        const QByteArray bytes =
+            packet(file("apps/a/_manifest", "1\n") + file("apps/a/f/x", DRTestArchive::noise(100)) + end());
         QVERIFY(expand(bytes));
-        QCOMPARE(namesOf(treeOf(path(u"out/in"_s))), names);
-        QCOMPARE(DRTestArchive::read(path(u"out/in/expandBackup.tar"_s)), archive);
-        QVERIFY(packetContents(path(u"packet"_s)));
+        QVERIFY(expand(bytes + "bytes after the end"));
+        const qsizetype headerSize = 24;
+        for (qsizetype size = headerSize + 1; size < bytes.size(); ++size) {
+            QVERIFY2(!expand(bytes.left(size)), QByteArray::number(size).constData());
+            QVERIFY(QDir(path(u"out/in"_s)).exists() &&
+                    QDir(path(u"out/in"_s)).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
+            QVERIFY(!packetContents(path(u"packet"_s)));
+        }
+        const QByteArray large = packet(file("a", "a") + file("b", DRTestArchive::noise(1'000'000)) + end());
+        QVERIFY(!expand(large.chopped(1))); // all of it was extracted before the damage shows
+        QVERIFY(treeOf(path(u"out/in"_s)).empty());
+        QVERIFY(expand(bytes.left(headerSize))); // no payload at all is an empty archive
+        QCOMPARE(readFile(path(u"out/in/expandBackup.tar"_s)), QByteArray(""));
     }
-}
 
-void TestPacketExpansion::hostileEntriesAreLeftOut_data()
-{
-    QTest::addColumn<QByteArray>("archive");
-    QTest::addColumn<Tree>("tree");
-    QTest::newRow("upwards") << file("../evil", "e") + file("a/../../evil", "e") << Tree{};
-    QTest::newRow("absolute") << file("/evil-of-a-packet", "e") << Tree{};
-    QTest::newRow("empty and dot components") << file("a//b", "e") + file("a/./b", "e") + file(".", "e") << Tree{};
-    QTest::newRow("link and file through it")
-        << entry("l", '2', {}, "..") + file("l/evil", "e") << Tree{{u"l"_s, "<folder>"}, {u"l/evil"_s, "e"}};
-    QTest::newRow("hard link") << file("a", "a") + entry("h", '1', {}, "a") << Tree{{u"a"_s, "a"}};
-    QTest::newRow("hard link out") << entry("h", '1', {}, "/etc/passwd") << Tree{};
-    QTest::newRow("devices and pipe") << entry("c", '3') + entry("b", '4') + entry("p", '6') << Tree{};
-    QTest::newRow("later replaces earlier")
-        << file("a", "longer first") + file("a", "second") << Tree{{u"a"_s, "second"}};
-    QTest::newRow("file where a folder is")
-        << file("d/f", "f") + file("d", "e") << Tree{{u"d"_s, "<folder>"}, {u"d/f"_s, "f"}};
-    QTest::newRow("folder where a file is")
-        << file("d", "f") + file("d/f", "e") + entry("d/", '5') << Tree{{u"d"_s, "f"}};
-    QTest::newRow("name of the archive") << file("expandBackup.tar/f", "e") + file("expandBackup.tar", "e") << Tree{};
-    QTest::newRow("very deep") << entry("x", 'x', "619 path=" + QByteArray("d/").repeated(304) + "f\n") + file("f", "e")
-                               << Tree{};
-    QTest::newRow("current folder") << entry("./", '5') + file("./a", "a") + entry("./d/", '5')
-                                    << Tree{{u"a"_s, "a"}, {u"d"_s, "<folder>"}};
-}
+    void storedPacketAndOddEndsExpand_data()
+    {
+        const DRTestTable<QByteArray, QStringList> row("archive", "names");
+        const QByteArray first = file("a", "first");
+        const QByteArray longName = entry("././@LongLink", 'L', QByteArray(300, 'l') + '\0') + file("cut", "long");
+        const QString manyNs(255, u'n');
+        const QByteArray extended = entry("x", 'x', "265 path=" + manyNs.toUtf8() + "\n") + file("cut", "long");
+        row("whole", first + file("b", "") + end(), {u"a"_s, u"b"_s});
+        row("without end blocks", first, {u"a"_s});
+        row("a lone zero block", first + QByteArray(512, '\0'), {u"a"_s});
+        row("within a header", first + file("b", "").left(100), {u"a"_s});
+        row("within a file", first + file("b", QByteArray(2000, 'b')).left(1024), {u"a"_s, u"b"_s});
+        row("damaged header", first + QByteArray(512, 'z') + end(), {u"a"_s});
+        row("no archive", "no archive", {});
+        row("extended header", extended + first + end(), {u"a"_s, manyNs});
+        row("long name of GNU tar, too long for a file", longName + first + end(), {u"a"_s});
+    }
 
-void TestPacketExpansion::hostileEntriesAreLeftOut()
-{
-    QFETCH(const QByteArray, archive);
-    QVERIFY(expand(packet(archive + file("last", "l") + end())));
-    Tree tree = treeOf(path(u"out/in"_s));
-    QCOMPARE(tree[u"last"_s], "l"); // reading goes on after what is left out
-    tree.erase(u"last"_s);
-    QTEST(tree, "tree");
-    QCOMPARE(QDir(path(u"out"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList{u"in"_s});
-    QVERIFY(!QFile::exists(u"/evil-of-a-packet"_s));
-}
+    void storedPacketAndOddEndsExpand()
+    {
+        QFETCH(const QByteArray, archive);
+        for (const QByteArray& bytes : {packet(archive), "ANDROID BACKUP\n1\n0\nnone\n" + archive}) {
+            QVERIFY(expand(bytes));
+            QTEST(namesOf(treeOf(path(u"out/in"_s))), "names");
+            QCOMPARE(readFile(path(u"out/in/expandBackup.tar"_s)), archive);
+            QVERIFY(packetContents(path(u"packet"_s)));
+        }
+    }
 
-void TestPacketExpansion::extractedFilesAreOurs()
-{
-    QVERIFY(expand(packet(entry("d/", '5') + file("d/f", "f") + end())));
-    const auto status = statusWithoutFollowing(path(u"out/in/d/f"_s));
-    QVERIFY(status);
-    QCOMPARE(status->st_mode & 07777U, 0600U); // the archive says set-uid
-    QCOMPARE(status->st_mtim.tv_sec, 010000000000);
-    QCOMPARE(statusWithoutFollowing(path(u"out/in/d"_s))->st_mode & 07777U, 0700U);
-}
+    void hostileEntriesAreLeftOut_data()
+    {
+        const DRTestTable<QByteArray, Tree> row("archive", "tree");
+        row("upwards", file("../evil", "e") + file("a/../../evil", "e"), {});
+        row("absolute", file("/evil-of-a-packet", "e"), {});
+        row("empty and dot components", file("a//b", "e") + file("a/./b", "e") + file(".", "e"), {});
+        row("link and file through it", entry("l", '2', {}, "..") + file("l/evil", "e"),
+            {{u"l"_s, "<folder>"}, {u"l/evil"_s, "e"}});
+        row("hard link", file("a", "a") + entry("h", '1', {}, "a"), {{u"a"_s, "a"}});
+        row("hard link out", entry("h", '1', {}, "/etc/passwd"), {});
+        row("devices and pipe", entry("c", '3') + entry("b", '4') + entry("p", '6'), {});
+        row("later replaces earlier", file("a", "longer first") + file("a", "second"), {{u"a"_s, "second"}});
+        row("file where a folder is", file("d/f", "f") + file("d", "e"), {{u"d"_s, "<folder>"}, {u"d/f"_s, "f"}});
+        row("folder where a file is", file("d", "f") + file("d/f", "e") + entry("d/", '5'), {{u"d"_s, "f"}});
+        row("name of the archive", file("expandBackup.tar/f", "e") + file("expandBackup.tar", "e"), {});
+        row("very deep", entry("x", 'x', "619 path=" + QByteArray("d/").repeated(304) + "f\n") + file("f", "e"), {});
+        row("current folder", entry("./", '5') + file("./a", "a") + entry("./d/", '5'),
+            {{u"a"_s, "a"}, {u"d"_s, "<folder>"}});
+    }
 
-void TestPacketExpansion::packetThatWouldFillTheDiskIsStopped()
-{
-    const QByteArray archive = file("a", QByteArray(1000, 'a')) + end();
-    const auto isExtracted = [&](quint64 reserveBytes) {
-        DRPacketFolder folder(path());
-        DRDiskReserve reserve(folder.root().number(), reserveBytes);
-        QByteArray rest = archive;
-        DRTarReader reader([&rest, part = QByteArray()]() mutable {
-            part = std::exchange(rest, {});
-            return std::span<const char>(part.constData(), static_cast<std::size_t>(part.size()));
-        });
-        return extractArchive(reader, folder, reserve).isWritten;
-    };
-    QVERIFY(isExtracted(0));
-    QVERIFY(!isExtracted(std::numeric_limits<quint64>::max()));
-}
+    void hostileEntriesAreLeftOut()
+    {
+        QFETCH(const QByteArray, archive);
+        QVERIFY(expand(packet(archive + file("last", "l") + end())));
+        Tree tree = treeOf(path(u"out/in"_s));
+        QCOMPARE(tree[u"last"_s], "l"); // reading goes on after what is left out
+        tree.erase(u"last"_s);
+        QTEST(tree, "tree");
+        QCOMPARE(QDir(path(u"out"_s)).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+                 QStringList{u"in"_s});
+        QVERIFY(!QFile::exists(u"/evil-of-a-packet"_s));
+    }
 
-/// A stored packet with a hole: a file of more than four gibibytes, and one behind it.
-void TestPacketExpansion::filesAboveFourGibibytesAreRead()
-{
-    const qint64 size = (qint64{4} << 30U) + 1000;
-    QByteArray large = file("large", {});
-    large.replace(124, 11, QByteArray::number(size, 8).rightJustified(11, '0'));
-    large.replace(148, 8, "        ");
-    const auto add = [](int sum, char byte) { return sum + static_cast<unsigned char>(byte); };
-    large.replace(148, 6,
-                  QByteArray::number(std::accumulate(large.cbegin(), large.cend(), 0, add), 8).rightJustified(6, '0'));
-    QFile target(path(u"packet"_s));
-    QVERIFY(target.open(QIODevice::WriteOnly));
-    target.write("ANDROID BACKUP\n1\n0\nnone\n" + large);
-    target.seek(24 + 512 + size + (512 - size % 512) % 512);
-    target.write(file("after", "a") + end());
-    target.close();
-    const auto contents = packetContents(path(u"packet"_s));
-    QVERIFY(contents);
-    const std::vector<DRPacketFile> expected{{u"large"_s, static_cast<quint64>(size)}, {u"after"_s, 1}};
-    QVERIFY(contents->files == expected);
-}
+    void extractedFilesAreOurs()
+    {
+        QVERIFY(expand(packet(entry("d/", '5') + file("d/f", "f") + end())));
+        const auto status = statusWithoutFollowing(path(u"out/in/d/f"_s));
+        QVERIFY(status);
+        QCOMPARE(status->st_mode & 07777U, 0600U); // the archive says set-uid
+        QCOMPARE(status->st_mtim.tv_sec, 010000000000);
+        QCOMPARE(statusWithoutFollowing(path(u"out/in/d"_s))->st_mode & 07777U, 0700U);
+    }
+
+    void packetThatWouldFillTheDiskIsStopped()
+    {
+        const QByteArray archive = file("a", QByteArray(1000, 'a')) + end();
+        const auto isExtracted = [&](quint64 reserveBytes) {
+            DRPacketFolder folder(path());
+            DRDiskReserve reserve(folder.root().number(), reserveBytes);
+            QByteArray rest = archive;
+            DRTarReader reader([&rest, part = QByteArray()]() mutable {
+                part = std::exchange(rest, {});
+                return std::span<const char>(part.constData(), static_cast<std::size_t>(part.size()));
+            });
+            return extractArchive(reader, folder, reserve).isWritten;
+        };
+        QVERIFY(isExtracted(0));
+        QVERIFY(!isExtracted(std::numeric_limits<quint64>::max()));
+    }
+
+    /// A stored packet with a hole: a file of more than four gibibytes, and one behind it.
+    void filesAboveFourGibibytesAreRead()
+    {
+        const qint64 size = (qint64{4} << 30U) + 1000;
+        QByteArray large = file("large", {});
+        large.replace(124, 11, QByteArray::number(size, 8).rightJustified(11, '0'));
+        large.replace(148, 8, "        ");
+        const auto add = [](int sum, char byte) { return sum + static_cast<unsigned char>(byte); };
+        large.replace(
+            148, 6,
+            QByteArray::number(std::accumulate(large.cbegin(), large.cend(), 0, add), 8).rightJustified(6, '0'));
+        QFile target(path(u"packet"_s));
+        QVERIFY(target.open(QIODevice::WriteOnly));
+        target.write("ANDROID BACKUP\n1\n0\nnone\n" + large);
+        target.seek(24 + 512 + size + (512 - size % 512) % 512);
+        target.write(file("after", "a") + end());
+        target.close();
+        const auto contents = packetContents(path(u"packet"_s));
+        QVERIFY(contents);
+        const std::vector<DRPacketFile> expected{{u"large"_s, static_cast<quint64>(size)}, {u"after"_s, 1}};
+        QVERIFY(contents->files == expected);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestPacketExpansion)
 #include "TestPacketExpansion.moc"

@@ -2,10 +2,11 @@
 #include "model/phone_backup/DRPhoneRestore.h"
 #include "platform/core/DRPropertyList.h"
 #include "tests/support/DRTestDevice.h"
+#include "tests/support/DRTestFiles.h"
 #include "tests/support/DRTestServices.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -19,9 +20,7 @@ const QString kCalendar = u"com.android.providers.calendar"_s; // goes first
 
 void write(const QString& path, const QByteArray& bytes)
 {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size()) {
+    if (!writeFile(path, bytes)) {
         qFatal("a file of the test cannot be written");
     }
 }
@@ -103,126 +102,116 @@ class TestPhoneRestore : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void appsGoBackAndAreVerified();
-    void nothingIsWrittenUnlessTheStateIsKept_data();
-    void nothingIsWrittenUnlessTheStateIsKept();
-    void failureNamesWhatIsBack_data();
-    void failureNamesWhatIsBack();
-    void greatestGrowthMustFit();
-    void cancelledBeforeItWrites();
-};
-
-void TestPhoneRestore::appsGoBackAndAreVerified()
-{
-    Fixture f;
-    QVERIFY(f.start());
-    QCOMPARE(f.phone->tasks.at(0)->work(), DRTestDeviceTask::Work::Backup);
-    f.phone->freeBytes = 10000;
-    f.give(packet("new"));
-    QCOMPARE(f.phone->tasks.at(1)->work(), DRTestDeviceTask::Work::Restore);
-    QCOMPARE(f.phone->tasks.at(1)->backupInfo().targetPath(), f.backupFolder());
-    QCOMPARE(f.phone->tasks.at(1)->backupInfo().packetIDs(), (QStringList{kCalendar, kNotes}));
-    f.take();
-    QCOMPARE(f.phone->tasks.at(2)->backupInfo().targetPath(), f.checkFolder());
-    f.give(packet("old", 7)); // the phone packs the same content anew
-    QCOMPARE(f.observer.results.size(), std::size_t{1});
-    QCOMPARE(f.observer.results[0].ending, Ending::PutBack);
-    QCOMPARE(f.observer.results[0].putBack, (QStringList{kCalendar, kNotes}));
-    QVERIFY(QFile::exists(DRPhoneBackup::pathOfPacket(f.observer.results[0].keptPath, kNotes)));
-    QCOMPARE(f.observer.phases, (std::vector{Phase::BackUp, Phase::Restore, Phase::Verify}));
-}
-
-void TestPhoneRestore::nothingIsWrittenUnlessTheStateIsKept_data()
-{
-    QTest::addColumn<bool>("isConnected");
-    QTest::addColumn<bool>("isGiven");
-    QTest::addColumn<Ending>("ending");
-    QTest::newRow("the phone is gone") << false << false << Ending::PhoneGone;
-    QTest::newRow("one app cannot be backed up") << true << false << Ending::NotKept;
-    QTest::newRow("it would not fit") << true << true << Ending::NotEnoughSpace;
-}
-
-void TestPhoneRestore::nothingIsWrittenUnlessTheStateIsKept()
-{
-    QFETCH(const bool, isConnected);
-    QFETCH(const bool, isGiven);
-    Fixture f;
-    QVERIFY(f.start());
-    f.phone->connected = isConnected;
-    f.give("", isGiven ? DRDCTaskResult() : DRDCTaskResult{.failures = {{kNotes, u"no"_s}}, .skipped = {}});
-    QCOMPARE(f.phone->tasks.size(), std::size_t{1});
-    QTEST(f.observer.results.at(0).ending, "ending");
-}
-
-void TestPhoneRestore::failureNamesWhatIsBack_data()
-{
-    QTest::addColumn<QStringList>("refused");  ///< packets that the phone does not take
-    QTest::addColumn<QStringList>("silent");   ///< packets that it does not give again
-    QTest::addColumn<QByteArray>("heldAfter"); ///< content of what it gives
-    QTest::addColumn<QStringList>("putBack");
-    const QStringList both{kCalendar, kNotes};
-    QTest::newRow("one is refused") << QStringList{kCalendar} << QStringList() << packet("old") << QStringList{kNotes};
-    QTest::newRow("all are refused") << both << QStringList() << QByteArray() << QStringList();
-    QTest::newRow("the phone goes in the middle") << QStringList{kNotes} << both << QByteArray() << QStringList();
-    QTest::newRow("one cannot be verified")
-        << QStringList() << QStringList{kNotes} << packet("old") << QStringList{kCalendar};
-    QTest::newRow("the phone holds something else") << QStringList() << QStringList() << packet("odd") << QStringList();
-    QTest::newRow("what it holds is cut") << QStringList() << QStringList() << packet("old").left(540) << QStringList();
-}
-
-void TestPhoneRestore::failureNamesWhatIsBack()
-{
-    QFETCH(const QStringList, refused);
-    QFETCH(const QStringList, silent);
-    QFETCH(const QByteArray, heldAfter);
-    const auto failing = [](const QStringList& packetIDs) {
-        DRDCTaskResult result;
-        for (const QString& packetID : packetIDs) {
-            result.failures.push_back({packetID, u"no"_s});
-        }
-        return result;
-    };
-    Fixture f;
-    QVERIFY(f.start());
-    f.give(packet("new"));
-    f.take(failing(refused));
-    if (refused.size() < 2) {
-        f.give(heldAfter, failing(silent));
-    }
-    const DRPhoneRestoreResult& result = f.observer.results.at(0);
-    QCOMPARE(result.ending, Ending::Failed);
-    QTEST(result.putBack, "putBack");
-    QCOMPARE(result.putBack.size() + static_cast<qsizetype>(result.failures.size()), 2);
-}
-
-void TestPhoneRestore::greatestGrowthMustFit()
-{
-    // The calendar grows before the notes shrink by as much.
-    for (const quint64 free : {quint64{999}, quint64{1000}}) {
+    void appsGoBackAndAreVerified()
+    {
         Fixture f;
         QVERIFY(f.start());
-        const qsizetype size = packet("old").size();
-        const QString kept = f.phone->tasks[0]->backupInfo().targetPath();
-        write(DRPhoneBackup::pathOfPacket(kept, kCalendar), QByteArray(size - 1000, 'x'));
-        write(DRPhoneBackup::pathOfPacket(kept, kNotes), QByteArray(size + 1000, 'x'));
-        f.phone->freeBytes = free;
+        QCOMPARE(f.phone->tasks.at(0)->work(), DRTestDeviceTask::Work::Backup);
+        f.phone->freeBytes = 10000;
+        f.give(packet("new"));
+        QCOMPARE(f.phone->tasks.at(1)->work(), DRTestDeviceTask::Work::Restore);
+        QCOMPARE(f.phone->tasks.at(1)->backupInfo().targetPath(), f.backupFolder());
+        QCOMPARE(f.phone->tasks.at(1)->backupInfo().packetIDs(), (QStringList{kCalendar, kNotes}));
         f.take();
-        QCOMPARE(f.phone->tasks.size(), free == 1000 ? std::size_t{2} : std::size_t{1});
-        if (free == 1000) {
-            f.take({.failures = {{kCalendar, u"no"_s}, {kNotes, u"no"_s}}, .skipped = {}}); // a task must end
+        QCOMPARE(f.phone->tasks.at(2)->backupInfo().targetPath(), f.checkFolder());
+        f.give(packet("old", 7)); // the phone packs the same content anew
+        QCOMPARE(f.observer.results.size(), std::size_t{1});
+        QCOMPARE(f.observer.results[0].ending, Ending::PutBack);
+        QCOMPARE(f.observer.results[0].putBack, (QStringList{kCalendar, kNotes}));
+        QVERIFY(QFile::exists(DRPhoneBackup::pathOfPacket(f.observer.results[0].keptPath, kNotes)));
+        QCOMPARE(f.observer.phases, (std::vector{Phase::BackUp, Phase::Restore, Phase::Verify}));
+    }
+
+    void nothingIsWrittenUnlessTheStateIsKept_data()
+    {
+        const DRTestTable<bool, bool, Ending> row("isConnected", "isGiven", "ending");
+        row("the phone is gone", false, false, Ending::PhoneGone);
+        row("one app cannot be backed up", true, false, Ending::NotKept);
+        row("it would not fit", true, true, Ending::NotEnoughSpace);
+    }
+
+    void nothingIsWrittenUnlessTheStateIsKept()
+    {
+        QFETCH(const bool, isConnected);
+        QFETCH(const bool, isGiven);
+        Fixture f;
+        QVERIFY(f.start());
+        f.phone->connected = isConnected;
+        f.give("", isGiven ? DRDCTaskResult() : DRDCTaskResult{.failures = {{kNotes, u"no"_s}}, .skipped = {}});
+        QCOMPARE(f.phone->tasks.size(), std::size_t{1});
+        QTEST(f.observer.results.at(0).ending, "ending");
+    }
+
+    void failureNamesWhatIsBack_data()
+    {
+        // refused: packets that the phone does not take
+        // silent: packets that it does not give again
+        // heldAfter: content of what it gives
+        const DRTestTable<QStringList, QStringList, QByteArray, QStringList> row("refused", "silent", "heldAfter",
+                                                                                 "putBack");
+        const QStringList both{kCalendar, kNotes};
+        row("one is refused", {kCalendar}, {}, packet("old"), {kNotes});
+        row("all are refused", both, {}, {}, {});
+        row("the phone goes in the middle", {kNotes}, both, {}, {});
+        row("one cannot be verified", {}, {kNotes}, packet("old"), {kCalendar});
+        row("the phone holds something else", {}, {}, packet("odd"), {});
+        row("what it holds is cut", {}, {}, packet("old").left(540), {});
+    }
+
+    void failureNamesWhatIsBack()
+    {
+        QFETCH(const QStringList, refused);
+        QFETCH(const QStringList, silent);
+        QFETCH(const QByteArray, heldAfter);
+        const auto failing = [](const QStringList& packetIDs) {
+            DRDCTaskResult result;
+            for (const QString& packetID : packetIDs) {
+                result.failures.push_back({packetID, u"no"_s});
+            }
+            return result;
+        };
+        Fixture f;
+        QVERIFY(f.start());
+        f.give(packet("new"));
+        f.take(failing(refused));
+        if (refused.size() < 2) {
+            f.give(heldAfter, failing(silent));
+        }
+        const DRPhoneRestoreResult& result = f.observer.results.at(0);
+        QCOMPARE(result.ending, Ending::Failed);
+        QTEST(result.putBack, "putBack");
+        QCOMPARE(result.putBack.size() + static_cast<qsizetype>(result.failures.size()), 2);
+    }
+
+    void greatestGrowthMustFit()
+    {
+        // The calendar grows before the notes shrink by as much.
+        for (const quint64 free : {quint64{999}, quint64{1000}}) {
+            Fixture f;
+            QVERIFY(f.start());
+            const qsizetype size = packet("old").size();
+            const QString kept = f.phone->tasks[0]->backupInfo().targetPath();
+            write(DRPhoneBackup::pathOfPacket(kept, kCalendar), QByteArray(size - 1000, 'x'));
+            write(DRPhoneBackup::pathOfPacket(kept, kNotes), QByteArray(size + 1000, 'x'));
+            f.phone->freeBytes = free;
+            f.take();
+            QCOMPARE(f.phone->tasks.size(), free == 1000 ? std::size_t{2} : std::size_t{1});
+            if (free == 1000) {
+                f.take({.failures = {{kCalendar, u"no"_s}, {kNotes, u"no"_s}}, .skipped = {}}); // a task must end
+            }
         }
     }
-}
 
-void TestPhoneRestore::cancelledBeforeItWrites()
-{
-    Fixture f;
-    QVERIFY(f.start());
-    f.restore->cancel();
-    f.give(packet("new"));
-    QVERIFY(f.observer.results.empty());
-    QCOMPARE(f.phone->tasks.size(), std::size_t{1});
-}
+    void cancelledBeforeItWrites()
+    {
+        Fixture f;
+        QVERIFY(f.start());
+        f.restore->cancel();
+        f.give(packet("new"));
+        QVERIFY(f.observer.results.empty());
+        QCOMPARE(f.phone->tasks.size(), std::size_t{1});
+    }
+};
 
 QTEST_GUILESS_MAIN(TestPhoneRestore)
 #include "TestPhoneRestore.moc"

@@ -2,8 +2,7 @@
 #include "platform/contacts/DRCSContact.h"
 #include "platform/contacts/DRGDataConstants.h"
 #include "tests/platform/contacts/DRVCardReading.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 using namespace DRGData;
@@ -200,24 +199,18 @@ private Q_SLOTS:
 
     void rendersNames_data()
     {
-        QTest::addColumn<GDataName>("name");
-        QTest::addColumn<QStringList>("lines");
-        QTest::newRow("none") << GDataName() << QStringList{u"N:;;;;"_s, u"FN:"_s};
-        QTest::newRow("all") << GDataName{element(u"Ann"_s), element(u"Lee; jr"_s), element(u"M,"_s), u"Dr."_s,
-                                          u"PhD"_s}
-                             << QStringList{u"N:Lee\\; jr;Ann;M\\,;Dr.;PhD"_s, u"FN:Dr. Ann M\\, Lee\\; jr PhD"_s};
-        QTest::newRow("stored empty") << GDataName{element(u""_s), element(u"Lee"_s)}
-                                      << QStringList{u"N:Lee;;;;"_s, u"FN:Lee"_s};
-        QTest::newRow("Japanese")
-            << GDataName{element(u"はな"_s, u"hana"_s), element(u"山田"_s, u"yamada"_s), {}, u"Dr."_s, u"様"_s}
-            << QStringList{u"N:山田;はな;;Dr.;様"_s, u"FN:Dr. 山田 はな 様"_s, u"X-PHONETIC-FIRST-NAME:hana"_s,
-                           u"X-PHONETIC-LAST-NAME:yamada"_s};
-        QTest::newRow("Chinese") << GDataName{element(u"明"_s), element(u"王"_s), element(u"小"_s, u"xiao"_s)}
-                                 << QStringList{u"N:王;明;小;;"_s, u"FN:王小明"_s, u"X-PHONETIC-MIDDLE-NAME:xiao"_s};
-        QTest::newRow("Korean") << GDataName{element(u"민수"_s), element(u"김"_s)}
-                                << QStringList{u"N:김;민수;;;"_s, u"FN:김민수"_s};
-        QTest::newRow("rare Han") << GDataName{element(u"Li"_s), element(u"𠮷"_s)}
-                                  << QStringList{u"N:𠮷;Li;;;"_s, u"FN:𠮷Li"_s};
+        const DRTestTable<GDataName, QStringList> row("name", "lines");
+        row("none", {}, {u"N:;;;;"_s, u"FN:"_s});
+        row("all", {element(u"Ann"_s), element(u"Lee; jr"_s), element(u"M,"_s), u"Dr."_s, u"PhD"_s},
+            {u"N:Lee\\; jr;Ann;M\\,;Dr.;PhD"_s, u"FN:Dr. Ann M\\, Lee\\; jr PhD"_s});
+        row("stored empty", {element(u""_s), element(u"Lee"_s)}, {u"N:Lee;;;;"_s, u"FN:Lee"_s});
+        row("Japanese", {element(u"はな"_s, u"hana"_s), element(u"山田"_s, u"yamada"_s), {}, u"Dr."_s, u"様"_s},
+            {u"N:山田;はな;;Dr.;様"_s, u"FN:Dr. 山田 はな 様"_s, u"X-PHONETIC-FIRST-NAME:hana"_s,
+             u"X-PHONETIC-LAST-NAME:yamada"_s});
+        row("Chinese", {element(u"明"_s), element(u"王"_s), element(u"小"_s, u"xiao"_s)},
+            {u"N:王;明;小;;"_s, u"FN:王小明"_s, u"X-PHONETIC-MIDDLE-NAME:xiao"_s});
+        row("Korean", {element(u"민수"_s), element(u"김"_s)}, {u"N:김;민수;;;"_s, u"FN:김민수"_s});
+        row("rare Han", {element(u"Li"_s), element(u"𠮷"_s)}, {u"N:𠮷;Li;;;"_s, u"FN:𠮷Li"_s});
     }
 
     void rendersNames()
@@ -285,18 +278,17 @@ private Q_SLOTS:
 
     void dates_data()
     {
-        QTest::addColumn<QDateTime>("date");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("no year") << noon(1604, 2, 29) << u"--02-29"_s;
-        QTest::newRow("last without year") << noon(1799, 12, 31) << u"--12-31"_s;
-        QTest::newRow("first with year") << noon(1800, 1, 1) << u"1800-01-01"_s;
-        QTest::newRow("local day") << QDateTime(QDate(1980, 5, 6), QTime(18, 45), Qt::UTC) << u"1980-05-07"_s;
-        QTest::newRow("local year") << QDateTime(QDate(1799, 12, 31), QTime(18, 45), Qt::UTC) << u"1800-01-01"_s;
-        QTest::newRow("invalid") << QDateTime() << QString();
-        QTest::newRow("beyond all dates")
-            << QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::max(), Qt::UTC) << u"9998-12-30"_s;
-        QTest::newRow("before all dates")
-            << QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::min(), Qt::UTC) << u"--01-02"_s;
+        const DRTestTable<QDateTime, QString> row("date", "text");
+        row("no year", noon(1604, 2, 29), u"--02-29"_s);
+        row("last without year", noon(1799, 12, 31), u"--12-31"_s);
+        row("first with year", noon(1800, 1, 1), u"1800-01-01"_s);
+        row("local day", QDateTime(QDate(1980, 5, 6), QTime(18, 45), Qt::UTC), u"1980-05-07"_s);
+        row("local year", QDateTime(QDate(1799, 12, 31), QTime(18, 45), Qt::UTC), u"1800-01-01"_s);
+        row("invalid", {}, {});
+        row("beyond all dates", QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::max(), Qt::UTC),
+            u"9998-12-30"_s);
+        row("before all dates", QDateTime::fromMSecsSinceEpoch(std::numeric_limits<qint64>::min(), Qt::UTC),
+            u"--01-02"_s);
     }
 
     void dates()

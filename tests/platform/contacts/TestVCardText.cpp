@@ -1,8 +1,7 @@
 #include "platform/contacts/DRVCardPicture.h"
 #include "platform/contacts/DRVCardText.h"
 #include "tests/platform/contacts/DRVCardReading.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 using namespace Qt::StringLiterals;
 
@@ -13,13 +12,12 @@ private Q_SLOTS:
 
     void escapes_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("value");
-        QTest::newRow("special characters") << u"a\\b;c,d:e\"f"_s << u"a\\\\b\\;c\\,d:e\"f"_s;
-        QTest::newRow("line breaks") << u"\r\na\n\nb\r\rc\n\rd\r\n"_s << u"\\na\\n\\nb\\n\\nc\\n\\nd\\n"_s;
-        QTest::newRow("controls") << u"a\tb\u0001\u001b\u007f\u0085\u009fc\u00a0\u2028"_s << u"a\tbc\u00a0\u2028"_s;
-        QTest::newRow("NUL") << QString::fromUtf16(u"a\0b", 3) << u"ab"_s;
-        QTest::newRow("letter n is no line break") << u"\\n"_s << u"\\\\n"_s;
+        const DRTestTable<QString, QString> row("text", "value");
+        row("special characters", u"a\\b;c,d:e\"f"_s, u"a\\\\b\\;c\\,d:e\"f"_s);
+        row("line breaks", u"\r\na\n\nb\r\rc\n\rd\r\n"_s, u"\\na\\n\\nb\\n\\nc\\n\\nd\\n"_s);
+        row("controls", u"a\tb\u0001\u001b\u007f\u0085\u009fc\u00a0\u2028"_s, u"a\tbc\u00a0\u2028"_s);
+        row("NUL", QString::fromUtf16(u"a\0b", 3), u"ab"_s);
+        row("letter n is no line break", u"\\n"_s, u"\\\\n"_s);
     }
 
     void escapes()
@@ -30,23 +28,20 @@ private Q_SLOTS:
 
     void folds_data()
     {
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QByteArray>("lines");
+        const DRTestTable<QString, QByteArray> row("value", "lines");
         const QByteArray full = "X:" + QByteArray(73, 'a');
-        QTest::newRow("75 bytes") << QString(73, u'a') << full + "\r\n";
-        QTest::newRow("76 bytes") << QString(74, u'a') << full + "\r\n a\r\n";
-        QTest::newRow("blank counts") << QString(73 + 74 + 1, u'a')
-                                      << full + "\r\n " + QByteArray(74, 'a') + "\r\n a\r\n";
-        QTest::newRow("character over the edge") << QString(70, u'a') + u"😀b"_s
-                                                 << "X:" + QByteArray(70, 'a') +
-                                                        "\r\n \xF0\x9F\x98\x80"
-                                                        "b\r\n";
-        QTest::newRow("character before the edge")
-            << QString(69, u'a') + u"😀b"_s << "X:" + QByteArray(69, 'a') + "\xF0\x9F\x98\x80\r\n b\r\n";
-        QTest::newRow("lone surrogate") << QString(QChar(0xd83d)) << QByteArray("X:\xEF\xBF\xBD\r\n");
-        QTest::newRow("marker") << u"bEGIN:vCARD"_s << QByteArray("X:bEGIN:vC\r\n ARD\r\n");
-        QTest::newRow("marker over the parts")
-            << u"VCARD:end:vcardEND:VCAR"_s << QByteArray("X:VCARD:end:vc\r\n ardEND:VCAR\r\n");
+        row("75 bytes", QString(73, u'a'), full + "\r\n");
+        row("76 bytes", QString(74, u'a'), full + "\r\n a\r\n");
+        row("blank counts", QString(73 + 74 + 1, u'a'), full + "\r\n " + QByteArray(74, 'a') + "\r\n a\r\n");
+        row("character over the edge", QString(70, u'a') + u"😀b"_s,
+            "X:" + QByteArray(70, 'a') +
+                "\r\n \xF0\x9F\x98\x80"
+                "b\r\n");
+        row("character before the edge", QString(69, u'a') + u"😀b"_s,
+            "X:" + QByteArray(69, 'a') + "\xF0\x9F\x98\x80\r\n b\r\n");
+        row("lone surrogate", QString(QChar(0xd83d)), "X:\xEF\xBF\xBD\r\n");
+        row("marker", u"bEGIN:vCARD"_s, "X:bEGIN:vC\r\n ARD\r\n");
+        row("marker over the parts", u"VCARD:end:vcardEND:VCAR"_s, "X:VCARD:end:vc\r\n ardEND:VCAR\r\n");
     }
 
     void folds()
@@ -76,13 +71,12 @@ private Q_SLOTS:
 
     void quotesTypes_data()
     {
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<QString>("parameter");
-        QTest::newRow("word") << u"X-Pager2"_s << u";TYPE=X-Pager2"_s;
-        QTest::newRow("letters of any script") << u"X-Größe-山"_s << u";TYPE=X-Größe-山"_s;
-        QTest::newRow("blank") << u"X-Home Fax"_s << u";TYPE=\"X-Home Fax\""_s;
-        QTest::newRow("structure") << u"X-a:b;c,d=\\"_s << u";TYPE=\"X-a:b;c,d=\\\""_s;
-        QTest::newRow("what no parameter holds") << u"X-\"a\"\r\n"_s << u";TYPE=\"X-'a'  \""_s;
+        const DRTestTable<QString, QString> row("type", "parameter");
+        row("word", u"X-Pager2"_s, u";TYPE=X-Pager2"_s);
+        row("letters of any script", u"X-Größe-山"_s, u";TYPE=X-Größe-山"_s);
+        row("blank", u"X-Home Fax"_s, u";TYPE=\"X-Home Fax\""_s);
+        row("structure", u"X-a:b;c,d=\\"_s, u";TYPE=\"X-a:b;c,d=\\\""_s);
+        row("what no parameter holds", u"X-\"a\"\r\n"_s, u";TYPE=\"X-'a'  \""_s);
     }
 
     void quotesTypes()
@@ -93,15 +87,14 @@ private Q_SLOTS:
 
     void addsPictures_data()
     {
-        QTest::addColumn<QByteArray>("picture");
-        QTest::addColumn<QByteArray>("head");
+        const DRTestTable<QByteArray, QByteArray> row("picture", "head");
         const QByteArray bulk(1000, '\xA5');
-        QTest::newRow("jpeg") << QByteArray("\xFF\xD8\xFF\xE0") + bulk << QByteArray("PHOTO;ENCODING=b;TYPE=JPEG:");
-        QTest::newRow("png") << QByteArray("\x89PNG\r\n\x1A\n") + bulk << QByteArray("PHOTO;ENCODING=b;TYPE=PNG:");
-        QTest::newRow("shortest jpeg") << QByteArray("\xFF\xD8\xFF") << QByteArray("PHOTO;ENCODING=b;TYPE=JPEG:");
-        QTest::newRow("cut png") << QByteArray("\x89PNG\r\n\x1A") << QByteArray();
-        QTest::newRow("gif") << QByteArray("GIF89a") + bulk << QByteArray();
-        QTest::newRow("none") << QByteArray() << QByteArray();
+        row("jpeg", QByteArray("\xFF\xD8\xFF\xE0") + bulk, "PHOTO;ENCODING=b;TYPE=JPEG:");
+        row("png", QByteArray("\x89PNG\r\n\x1A\n") + bulk, "PHOTO;ENCODING=b;TYPE=PNG:");
+        row("shortest jpeg", "\xFF\xD8\xFF", "PHOTO;ENCODING=b;TYPE=JPEG:");
+        row("cut png", "\x89PNG\r\n\x1A", {});
+        row("gif", QByteArray("GIF89a") + bulk, {});
+        row("none", {}, {});
     }
 
     void addsPictures()

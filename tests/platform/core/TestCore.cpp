@@ -1,5 +1,4 @@
 #include "platform/core/DRDates.h"
-#include "platform/core/DRDigest.h"
 #include "platform/core/DREventLoopTimerSource.h"
 #include "platform/core/DRLocalizedStrings.h"
 #include "platform/core/DRLog.h"
@@ -7,12 +6,11 @@
 #include "platform/core/DRThreadPoolTaskQueue.h"
 #include "platform/core/DRUserFolders.h"
 #include "platform/core/DRUtf8.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDateTime>
 #include <QDir>
-#include <QTemporaryDir>
 #include <QTemporaryFile>
-#include <QTest>
 #include <QThread>
 
 #include <atomic>
@@ -36,25 +34,21 @@ class TestCore : public QObject {
 private Q_SLOTS:
     void secondsSaturate_data()
     {
-        QTest::addColumn<double>("seconds");
-        QTest::addColumn<qint64>("integer");
-        QTest::addColumn<qint64>("milliseconds");
-        QTest::newRow("truncated toward zero") << -1.9996 << qint64{-1} << qint64{-1999};
-        QTest::newRow("just below the limit") << 9223372036854774784.0 << qint64{9223372036854774784} << kMost;
-        QTest::newRow("at the limit") << 9223372036854775808.0 << kMost << kMost;
-        QTest::newRow("at the lower limit") << -9223372036854775808.0 << kLeast << kLeast;
-        QTest::newRow("infinity") << kInfinity << kMost << kMost;
-        QTest::newRow("minus infinity") << -kInfinity << kLeast << kLeast;
-        QTest::newRow("not a number") << std::numeric_limits<double>::quiet_NaN() << qint64{0} << qint64{0};
+        const DRTestTable<double, qint64, qint64> row("seconds", "integer", "milliseconds");
+        row("truncated toward zero", -1.9996, -1, -1999);
+        row("just below the limit", 9223372036854774784.0, 9223372036854774784, kMost);
+        row("at the limit", 9223372036854775808.0, kMost, kMost);
+        row("at the lower limit", -9223372036854775808.0, kLeast, kLeast);
+        row("infinity", kInfinity, kMost, kMost);
+        row("minus infinity", -kInfinity, kLeast, kLeast);
+        row("not a number", std::numeric_limits<double>::quiet_NaN(), 0, 0);
     }
 
     void secondsSaturate()
     {
         QFETCH(double, seconds);
-        QFETCH(qint64, integer);
-        QFETCH(qint64, milliseconds);
-        QCOMPARE(DRDates::saturatingInteger(seconds), integer);
-        QCOMPARE(DRDates::unixMilliseconds(seconds), milliseconds);
+        QTEST(DRDates::saturatingInteger(seconds), "integer");
+        QTEST(DRDates::unixMilliseconds(seconds), "milliseconds");
     }
 
     void datesCountFromTheReferenceDate()
@@ -71,24 +65,19 @@ private Q_SLOTS:
 
     void textIsDecodedAndEncodedWhole_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("encoded");
-        QTest::newRow("leading U+FEFF") << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBFx") << u"\uFEFF\uFEFFx"_s
-                                        << QByteArray("\xEF\xBB\xBF\xEF\xBB\xBFx");
-        QTest::newRow("NUL") << QByteArray("a\0b", 3) << u"ab"_s << QByteArray("ab");
-        QTest::newRow("invalid") << QByteArray("a\xFF") << u"a\uFFFD"_s << QByteArray("a\xEF\xBF\xBD");
-        QTest::newRow("beyond the BMP") << QByteArray("\xF0\x9F\x98\x80") << u"\U0001F600"_s
-                                        << QByteArray("\xF0\x9F\x98\x80");
+        const DRTestTable<QByteArray, QString, QByteArray> row("bytes", "text", "encoded");
+        row("leading U+FEFF", "\xEF\xBB\xBF\xEF\xBB\xBFx", u"\uFEFF\uFEFFx"_s, "\xEF\xBB\xBF\xEF\xBB\xBFx");
+        row("NUL", QByteArray("a\0b", 3), u"ab"_s, "ab");
+        row("invalid", "a\xFF", u"a\uFFFD"_s, "a\xEF\xBF\xBD");
+        row("beyond the BMP", "\xF0\x9F\x98\x80", u"\U0001F600"_s, "\xF0\x9F\x98\x80");
     }
 
     void textIsDecodedAndEncodedWhole()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, text);
-        QFETCH(QByteArray, encoded);
         QCOMPARE(DRUtf8::decode(bytes), text);
-        QCOMPARE(DRUtf8::encode(text), encoded);
+        QTEST(DRUtf8::encode(text), "encoded");
     }
 
     void loneSurrogatesAreReplaced()
@@ -96,11 +85,6 @@ private Q_SLOTS:
         const QString text = QString(QChar(0xDC00)) + u"\U0001F600"_s + QChar(0xD83D);
         QCOMPARE(DRUtf8::encode(text), "\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD");
         QCOMPARE(DRUtf8::encode(u"a"_s + QChar(u'\0')), "a");
-    }
-
-    void digestNamesAFileOfABackup()
-    {
-        QCOMPARE(sha1HexString(u"HomeDomain-Library/SMS/sms.db"_s), u"3d0d7e5fb2ce288813306e4d4636395e047a3d28"_s);
     }
 
     void controlCharactersDoNotReachTheTerminal()
@@ -206,12 +190,11 @@ private Q_SLOTS:
 
     void textTableIsOneObjectOfTexts_data()
     {
-        QTest::addColumn<QByteArray>("json");
-        QTest::addColumn<bool>("isRead");
-        QTest::newRow("table") << QByteArray("{'IDS_A': 'text'}") << true;
-        QTest::newRow("number") << QByteArray("{'IDS_A': 1}") << false;
-        QTest::newRow("array") << QByteArray("['IDS_A']") << false;
-        QTest::newRow("cut") << QByteArray("{'IDS_A': 'te") << false;
+        const DRTestTable<QByteArray, bool> row("json", "isRead");
+        row("table", "{'IDS_A': 'text'}", true);
+        row("number", "{'IDS_A': 1}", false);
+        row("array", "['IDS_A']", false);
+        row("cut", "{'IDS_A': 'te", false);
     }
 
     void textTableIsOneObjectOfTexts()

@@ -1,9 +1,9 @@
 #include "platform/core/DRFiles.h"
 #include "platform/core/DRPrivateFolder.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <limits>
 #include <sys/stat.h>
@@ -109,16 +109,14 @@ private Q_SLOTS:
 
     void foreignFolderIsRefused_data()
     {
-        QTest::addColumn<QString>("spoiled");
-        QTest::addColumn<QString>("by");
-        QTest::addColumn<QString>("word");
-        QTest::newRow("a link") << u"work"_s << u"link"_s << u"link"_s;
-        QTest::newRow("a file") << u"work"_s << u"file"_s << u"not a folder"_s;
-        QTest::newRow("open to others") << u"work"_s << u"mode"_s << u"chmod 700"_s;
-        QTest::newRow("contents are a link") << u"work/contents"_s << u"link"_s << u"link"_s;
-        QTest::newRow("contents are open") << u"work/contents"_s << u"mode"_s << u"chmod 700"_s;
+        const DRTestTable<QString, QString, QString> row("spoiled", "by", "word");
+        row("a link", u"work"_s, u"link"_s, u"link"_s);
+        row("a file", u"work"_s, u"file"_s, u"not a folder"_s);
+        row("open to others", u"work"_s, u"mode"_s, u"chmod 700"_s);
+        row("contents are a link", u"work/contents"_s, u"link"_s, u"link"_s);
+        row("contents are open", u"work/contents"_s, u"mode"_s, u"chmod 700"_s);
         if (::geteuid() == 0) {
-            QTest::newRow("of another user") << u"work"_s << u"owner"_s << u"another user"_s;
+            row("of another user", u"work"_s, u"owner"_s, u"another user"_s);
         }
     }
 

@@ -1,11 +1,11 @@
 #include "platform/core/DRPropertyList.h"
 
 #include "platform/core/DRFiles.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDateTime>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QTest>
 
 #include <limits>
 #include <sys/stat.h>
@@ -92,41 +92,38 @@ private Q_SLOTS:
 
     void bytesAreReadOrRefused_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<bool>("isRead");
-        QTest::newRow("no bytes") << QByteArray() << false;
-        QTest::newRow("not a property list") << QByteArray("SQLite format 3") << false;
-        QTest::newRow("array at the top") << xml("<array/>") << false;
-        QTest::newRow("markup inside a text")
-            << xml("<dict><key>k</key><string><![CDATA[<array><dict>]]></string></dict>") << true;
-        QTest::newRow("invalid UTF-8") << xml("<dict><key>k</key><string>\xFF</string></dict>") << true;
-        QTest::newRow("nested to the limit") << nestedXml(63) << true;
-        QTest::newRow("nested deeper") << nestedXml(64) << false;
-        QTest::newRow("nested very deep") << nestedXml(1'000'000) << false;
-        QTest::newRow("nesting that hides its ends")
-            << xml("<dict><key>k</key>" + QByteArray("<array><!--</array>-->").repeated(100'000)) << false;
-        QTest::newRow("attribute with a bracket") << xml("<dict a='</dict>'></dict>") << false;
-        QTest::newRow("late instruction") << xml("<?a '?>' ?><dict/>") << false;
-        QTest::newRow("entity") << QByteArray("<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><dict/></plist>") << false;
-        QTest::newRow("binary chain") << chain(60, 1) << true;
-        QTest::newRow("binary chain too deep") << chain(64, 1) << false;
-        QTest::newRow("binary that multiplies") << chain(40, 2) << false;
-        QTest::newRow("binary cycle") << binary({QByteArray("\xD1\x01\x00", 3), QByteArray("Qk")}) << false;
-        QTest::newRow("key with NUL") << binary({QByteArray("\xD1\x01\x01"), QByteArray("Rk\0", 3)}) << false;
-        QTest::newRow("key with NUL in XML") << xml(QByteArray("<dict><key>k\0</key><true/></dict>", 33)) << false;
-        QTest::newRow("key with escaped NUL") << xml("<dict><key>k&#0;&#x0;</key><true/></dict>") << false;
-        QTest::newRow("key that is no text") << binary({QByteArray("\xD1\x01\x01"), QByteArray("\x09")}) << false;
-        QTest::newRow("reference to nowhere") << binary({QByteArray("\xD1\x01\x07"), QByteArray("Qk")}) << false;
-        QTest::newRow("count beyond the end")
-            << binary({QByteArray("\xDF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"), QByteArray("Qk")}) << false;
-        QTest::newRow("no trailer") << QByteArray("bplist00") << false;
+        const DRTestTable<QByteArray, bool> row("bytes", "isRead");
+        row("no bytes", {}, false);
+        row("not a property list", "SQLite format 3", false);
+        row("array at the top", xml("<array/>"), false);
+        row("markup inside a text", xml("<dict><key>k</key><string><![CDATA[<array><dict>]]></string></dict>"), true);
+        row("invalid UTF-8", xml("<dict><key>k</key><string>\xFF</string></dict>"), true);
+        row("nested to the limit", nestedXml(63), true);
+        row("nested deeper", nestedXml(64), false);
+        row("nested very deep", nestedXml(1'000'000), false);
+        row("nesting that hides its ends",
+            xml("<dict><key>k</key>" + QByteArray("<array><!--</array>-->").repeated(100'000)), false);
+        row("attribute with a bracket", xml("<dict a='</dict>'></dict>"), false);
+        row("late instruction", xml("<?a '?>' ?><dict/>"), false);
+        row("entity", "<!DOCTYPE plist [<!ENTITY a 'b'>]><plist><dict/></plist>", false);
+        row("binary chain", chain(60, 1), true);
+        row("binary chain too deep", chain(64, 1), false);
+        row("binary that multiplies", chain(40, 2), false);
+        row("binary cycle", binary({QByteArray("\xD1\x01\x00", 3), QByteArray("Qk")}), false);
+        row("key with NUL", binary({QByteArray("\xD1\x01\x01"), QByteArray("Rk\0", 3)}), false);
+        row("key with NUL in XML", xml(QByteArray("<dict><key>k\0</key><true/></dict>", 33)), false);
+        row("key with escaped NUL", xml("<dict><key>k&#0;&#x0;</key><true/></dict>"), false);
+        row("key that is no text", binary({QByteArray("\xD1\x01\x01"), QByteArray("\x09")}), false);
+        row("reference to nowhere", binary({QByteArray("\xD1\x01\x07"), QByteArray("Qk")}), false);
+        row("count beyond the end", binary({QByteArray("\xDF\x13\x7F\xFF\xFF\xFF\xFF\xFF\xFF\xFF"), QByteArray("Qk")}),
+            false);
+        row("no trailer", "bplist00", false);
     }
 
     void bytesAreReadOrRefused()
     {
         QFETCH(QByteArray, bytes);
-        QFETCH(bool, isRead);
-        QCOMPARE(DRPropertyList::dictionaryFromData(bytes).has_value(), isRead);
+        QTEST(DRPropertyList::dictionaryFromData(bytes).has_value(), "isRead");
     }
 
     void sharedLargeTextIsNotCopiedWithoutEnd()
@@ -140,10 +137,10 @@ private Q_SLOTS:
 
     void everyCutAndEveryFlippedByteIsSurvived_data()
     {
-        QTest::addColumn<QByteArray>("whole");
-        QTest::newRow("binary") << DRPropertyList::binaryFromDictionary(everyType());
+        const DRTestTable<QByteArray> row("whole");
+        row("binary", DRPropertyList::binaryFromDictionary(everyType()));
         const QByteArray xmlForm = DRPropertyList::xmlFromDictionary(everyType());
-        QTest::newRow("XML") << xmlForm.left(xmlForm.lastIndexOf("</dict>") + 7);
+        row("XML", xmlForm.left(xmlForm.lastIndexOf("</dict>") + 7));
     }
 
     void everyCutAndEveryFlippedByteIsSurvived()

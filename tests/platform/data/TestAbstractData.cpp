@@ -1,7 +1,6 @@
 #include "platform/data/DRAbstractData.h"
 #include "platform/data/DRMutableAbstractData.h"
-
-#include <QTest>
+#include "tests/support/DRTestTable.h"
 
 #include <limits>
 
@@ -36,10 +35,10 @@ private Q_SLOTS:
 
     void readPastTheEndMovesToTheEnd_data()
     {
-        QTest::addColumn<qint64>("count");
-        QTest::newRow("one too many") << qint64{4};
-        QTest::newRow("the most") << std::numeric_limits<qint64>::max();
-        QTest::newRow("negative") << qint64{-1};
+        const DRTestTable<qint64> row("count");
+        row("one too many", 4);
+        row("the most", std::numeric_limits<qint64>::max());
+        row("negative", -1);
     }
 
     void readPastTheEndMovesToTheEnd()
@@ -54,19 +53,17 @@ private Q_SLOTS:
 
     void rangesAreRemovedAtOnce_data()
     {
-        QTest::addColumn<std::vector<DRByteRange>>("ranges");
-        QTest::addColumn<bool>("isDone");
-        QTest::addColumn<QByteArray>("left");
-        QTest::addColumn<qint64>("offset"); // the position is before the "d" at first
+        // offset: the position is before the "d" at first
+        const DRTestTable<std::vector<DRByteRange>, bool, QByteArray, qint64> row("ranges", "isDone", "left", "offset");
         using Ranges = std::vector<DRByteRange>;
-        QTest::newRow("none") << Ranges{} << true << QByteArray("abcdef") << qint64{3};
-        QTest::newRow("both ends") << Ranges{{0, 2}, {5, 6}} << true << QByteArray("cde") << qint64{1};
-        QTest::newRow("neighbours") << Ranges{{1, 2}, {2, 5}} << true << QByteArray("af") << qint64{1};
-        QTest::newRow("all") << Ranges{{0, 6}} << true << QByteArray() << qint64{0};
-        QTest::newRow("overlapping") << Ranges{{0, 3}, {2, 4}} << false << QByteArray("abcdef") << qint64{3};
-        QTest::newRow("unsorted") << Ranges{{3, 4}, {0, 1}} << false << QByteArray("abcdef") << qint64{3};
-        QTest::newRow("backwards") << Ranges{{4, 2}} << false << QByteArray("abcdef") << qint64{3};
-        QTest::newRow("beyond") << Ranges{{5, 7}} << false << QByteArray("abcdef") << qint64{3};
+        row("none", Ranges{}, true, "abcdef", 3);
+        row("both ends", Ranges{{0, 2}, {5, 6}}, true, "cde", 1);
+        row("neighbours", Ranges{{1, 2}, {2, 5}}, true, "af", 1);
+        row("all", Ranges{{0, 6}}, true, {}, 0);
+        row("overlapping", Ranges{{0, 3}, {2, 4}}, false, "abcdef", 3);
+        row("unsorted", Ranges{{3, 4}, {0, 1}}, false, "abcdef", 3);
+        row("backwards", Ranges{{4, 2}}, false, "abcdef", 3);
+        row("beyond", Ranges{{5, 7}}, false, "abcdef", 3);
     }
 
     void rangesAreRemovedAtOnce()

@@ -4,10 +4,11 @@
 #include "platform/device/DRBRBackupRestoreController.h"
 #include "platform/device/DRDCFilesystem.h"
 #include "platform/device/DRDCNotifications.h"
+#include "tests/support/DRTestFiles.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 #include <utility>
 
@@ -87,16 +88,12 @@ QString DRDeviceConformance::computerPath(const QString& relativePath) const
 
 void DRDeviceConformance::writeOnComputer(const QString& relativePath, const QByteArray& bytes) const
 {
-    const QString path = computerPath(relativePath);
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+    QVERIFY(writeFile(computerPath(relativePath), bytes));
 }
 
 QByteArray DRDeviceConformance::readOnComputer(const QString& relativePath) const
 {
-    QFile file(computerPath(relativePath));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return readFile(computerPath(relativePath));
 }
 
 void DRDeviceConformance::writeRebuilt(const QMap<QString, QByteArray>& packets) const
@@ -128,43 +125,20 @@ std::optional<DRDCTaskResult> DRDeviceConformance::runPackets(Work work, const Q
 
 void DRDeviceConformance::eventsArriveInOrder_data()
 {
-    QTest::addColumn<bool>("isBackup");
-    QTest::addColumn<QStringList>("expected");
-
-    QTest::newRow("backup") << true
-                            << QStringList{
-                                   u"WillBeginBackup"_s,
-                                   u"WillBeginBackupDataType contacts"_s,
-                                   u"WillBeginBackupPacket "_s + kPhonebook, // not offered, so it is not finished
-                                   u"WillBeginBackupPacket "_s + kContacts,
-                                   u"DidFinishBackupPacket "_s + kContacts,
-                                   u"DidFinishBackupDataType contacts"_s,
-                                   u"WillBeginBackupDataType notes"_s,
-                                   u"WillBeginBackupPacket "_s + kNotes,
-                                   u"DidFinishBackupPacket "_s + kNotes,
-                                   u"DidFinishBackupDataType notes"_s,
-                                   u"WillBeginBackupPacket "_s + kUnknown,
-                                   u"DidFinishBackupPacket "_s + kUnknown,
-                                   u"DidFinishBackup"_s,
-                                   u"handler"_s,
-                               };
-    QTest::newRow("restore") << false
-                             << QStringList{
-                                    u"WillBeginRestore"_s,
-                                    u"WillBeginRestoreDataType contacts"_s,
-                                    u"WillBeginRestorePacket "_s + kPhonebook,
-                                    u"DidFinishRestorePacket "_s + kPhonebook,
-                                    u"WillBeginRestorePacket "_s + kContacts, // not rebuilt, so it is skipped
-                                    u"DidFinishRestoreDataType contacts"_s,
-                                    u"WillBeginRestoreDataType notes"_s,
-                                    u"WillBeginRestorePacket "_s + kNotes,
-                                    u"DidFinishRestorePacket "_s + kNotes,
-                                    u"DidFinishRestoreDataType notes"_s,
-                                    u"WillBeginRestorePacket "_s + kUnknown,
-                                    u"DidFinishRestorePacket "_s + kUnknown,
-                                    u"DidFinishRestore"_s,
-                                    u"handler"_s,
-                                };
+    const DRTestTable<bool, QString> row("isBackup", "expected");
+    const auto named = [](const QString& events) { return events.arg(kPhonebook, kContacts, kNotes, kUnknown); };
+    // The phone book is not offered, so it is not finished.
+    row("backup", true,
+        named(u"WillBeginBackup|WillBeginBackupDataType contacts|WillBeginBackupPacket %1|WillBeginBackupPacket %2|"
+              "DidFinishBackupPacket %2|DidFinishBackupDataType contacts|WillBeginBackupDataType notes|"
+              "WillBeginBackupPacket %3|DidFinishBackupPacket %3|DidFinishBackupDataType notes|"
+              "WillBeginBackupPacket %4|DidFinishBackupPacket %4|DidFinishBackup|handler"_s));
+    // The contacts are not rebuilt, so they are skipped.
+    row("restore", false,
+        named(u"WillBeginRestore|WillBeginRestoreDataType contacts|WillBeginRestorePacket %1|DidFinishRestorePacket %1|"
+              "WillBeginRestorePacket %2|DidFinishRestoreDataType contacts|WillBeginRestoreDataType notes|"
+              "WillBeginRestorePacket %3|DidFinishRestorePacket %3|DidFinishRestoreDataType notes|"
+              "WillBeginRestorePacket %4|DidFinishRestorePacket %4|DidFinishRestore|handler"_s));
 }
 
 void DRDeviceConformance::eventsArriveInOrder()
@@ -176,7 +150,7 @@ void DRDeviceConformance::eventsArriveInOrder()
     }
     const QStringList packets{kUnknown, kNotes, kPhonebook, kContacts, kNotes};
     QVERIFY(runPackets(isBackup ? Work::Backup : Work::Restore, packets));
-    QTEST(m_events, "expected");
+    QTEST(m_events.join(u'|'), "expected");
 }
 
 void DRDeviceConformance::backupIsWholeAndLeavesThePhoneAlone()
@@ -218,35 +192,25 @@ void DRDeviceConformance::backupWithoutAFolderFailsEveryPacket()
 void DRDeviceConformance::restoreReplacesWholeOrNotAtAll_data()
 {
     using Packets = QMap<QString, QByteArray>;
-    QTest::addColumn<QStringList>("asked");
-    QTest::addColumn<Packets>("rebuilt");
-    QTest::addColumn<quint64>("acceptedBytes");
-    QTest::addColumn<Packets>("expected");
-    QTest::addColumn<QStringList>("failed");
-    QTest::addColumn<QStringList>("skipped");
+    const DRTestTable<QStringList, Packets, quint64, Packets, QStringList, QStringList> row(
+        "asked", "rebuilt", "acceptedBytes", "expected", "failed", "skipped");
 
     const Packets old{{kContacts, "old"}, {kNotes, "old"}};
     const QByteArray large(300'000, 'x');
     constexpr quint64 all = 1'000'000;
-    QTest::newRow("whole") << QStringList{kNotes} << Packets{{kNotes, large}} << all
-                           << Packets{{kContacts, "old"}, {kNotes, large}} << QStringList{} << QStringList{};
-    QTest::newRow("smaller") << QStringList{kNotes} << Packets{{kNotes, "n"}} << all
-                             << Packets{{kContacts, "old"}, {kNotes, "n"}} << QStringList{} << QStringList{};
-    QTest::newRow("the app was not there")
-        << QStringList{kUnknown} << Packets{{kUnknown, "u"}} << all
-        << Packets{{kContacts, "old"}, {kNotes, "old"}, {kUnknown, "u"}} << QStringList{} << QStringList{};
-    QTest::newRow("not rebuilt") << QStringList{kContacts, kNotes} << Packets{{kNotes, "new"}} << all
-                                 << Packets{{kContacts, "old"}, {kNotes, "new"}} << QStringList{}
-                                 << QStringList{kContacts};
-    QTest::newRow("write breaks off") << QStringList{kNotes, kUnknown} << Packets{{kNotes, large}, {kUnknown, large}}
-                                      << quint64{100'000} << old << QStringList{kNotes, kUnknown} << QStringList{};
-    QTest::newRow("exactly the space there is")
-        << QStringList{kNotes} << Packets{{kNotes, QByteArray(399'997, 'x')}} << all
-        << Packets{{kContacts, "old"}, {kNotes, QByteArray(399'997, 'x')}} << QStringList{} << QStringList{};
-    QTest::newRow("one byte too many") << QStringList{kNotes} << Packets{{kNotes, QByteArray(399'998, 'x')}} << all
-                                       << old << QStringList{kNotes} << QStringList{};
-    QTest::newRow("no packet's name") << QStringList{u"../storage"_s, u"."_s} << Packets{{u"../storage"_s, "s"}} << all
-                                      << old << QStringList{u"../storage"_s, u"."_s} << QStringList{};
+    row("whole", {kNotes}, {{kNotes, large}}, all, {{kContacts, "old"}, {kNotes, large}}, {}, {});
+    row("smaller", {kNotes}, {{kNotes, "n"}}, all, {{kContacts, "old"}, {kNotes, "n"}}, {}, {});
+    row("the app was not there", {kUnknown}, {{kUnknown, "u"}}, all,
+        {{kContacts, "old"}, {kNotes, "old"}, {kUnknown, "u"}}, {}, {});
+    row("not rebuilt", {kContacts, kNotes}, {{kNotes, "new"}}, all, {{kContacts, "old"}, {kNotes, "new"}}, {},
+        {kContacts});
+    row("write breaks off", {kNotes, kUnknown}, {{kNotes, large}, {kUnknown, large}}, 100'000, old, {kNotes, kUnknown},
+        {});
+    row("exactly the space there is", {kNotes}, {{kNotes, QByteArray(399'997, 'x')}}, all,
+        {{kContacts, "old"}, {kNotes, QByteArray(399'997, 'x')}}, {}, {});
+    row("one byte too many", {kNotes}, {{kNotes, QByteArray(399'998, 'x')}}, all, old, {kNotes}, {});
+    row("no packet's name", {u"../storage"_s, u"."_s}, {{u"../storage"_s, "s"}}, all, old, {u"../storage"_s, u"."_s},
+        {});
 }
 
 void DRDeviceConformance::restoreReplacesWholeOrNotAtAll()

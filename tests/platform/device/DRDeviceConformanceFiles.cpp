@@ -2,10 +2,10 @@
 
 #include "platform/device/DRDCFileProcessor.h"
 #include "platform/device/DRDCFilesystem.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
-#include <QTest>
 
 #include <utility>
 
@@ -68,34 +68,25 @@ void DRDeviceConformance::copiesFiles_data()
 {
     using Files = QMap<QString, QByteArray>;
     using Pairs = QList<std::pair<QString, QString>>;
-    QTest::addColumn<Pairs>("files"); ///< source and target path
-    QTest::addColumn<Files>("added");
-    QTest::addColumn<QStringList>("failures");
+    const DRTestTable<Pairs, Files, QStringList> row("files", "added", "failures"); // files: source and target path
 
     const QString media = u"TarvexTransfer/Media/"_s;
-    QTest::newRow("nothing") << Pairs{} << Files{} << QStringList{};
-    QTest::newRow("new") << Pairs{{u"a"_s, media + u"A.JPG"_s}} << Files{{media + u"A.JPG"_s, "a"}} << QStringList{};
-    QTest::newRow("different of that name")
-        << Pairs{{u"a"_s, u"IMG.JPG"_s}} << Files{{u"IMG (2).JPG"_s, "a"}} << QStringList{};
-    QTest::newRow("same size, different")
-        << Pairs{{u"six"_s, u"IMG.JPG"_s}} << Files{{u"IMG (2).JPG"_s, "number"}} << QStringList{};
-    QTest::newRow("identical") << Pairs{{u"phone's"_s, u"IMG.JPG"_s}} << Files{} << QStringList{};
-    QTest::newRow("names taken by earlier ones")
-        << Pairs{{u"a"_s, u"IMG.JPG"_s}, {u"b"_s, u"IMG.JPG"_s}, {u"a"_s, u"IMG.JPG"_s}}
-        << Files{{u"IMG (2).JPG"_s, "a"}, {u"IMG (3).JPG"_s, "b"}} << QStringList{};
-    QTest::newRow("unusable sources, the others go on")
-        << Pairs{{u"missing"_s, u"x"_s}, {u"folder"_s, u"y"_s}, {u"link"_s, u"z"_s}, {u"a"_s, u"ok"_s}}
-        << Files{{u"ok"_s, "a"}}
-        << QStringList{u"x: the file cannot be read"_s, u"y: the file cannot be read"_s,
-                       u"z: the file cannot be read"_s};
-    QTest::newRow("hostile names") << Pairs{{u"a"_s, u"../../up.jpg"_s}, {u"a"_s, u"/top.jpg"_s}, {u"a"_s, u"//."_s}}
-                                   << Files{{u"_/_/up.jpg"_s, "a"}, {u"top.jpg"_s, "a"}}
-                                   << QStringList{u"//.: it has no name for the phone"_s};
-    QTest::newRow("no space, the smaller one goes on")
-        << Pairs{{u"large"_s, u"large"_s}, {u"a"_s, u"small"_s}} << Files{{u"small"_s, "a"}}
-        << QStringList{u"large: "_s + kNoSpace};
-    QTest::newRow("space is counted") << Pairs{{u"half"_s, u"1"_s}, {u"half"_s, u"2"_s}}
-                                      << Files{{u"1"_s, QByteArray(600, 'h')}} << QStringList{u"2: "_s + kNoSpace};
+    row("nothing", {}, {}, {});
+    row("new", {{u"a"_s, media + u"A.JPG"_s}}, {{media + u"A.JPG"_s, "a"}}, {});
+    row("different of that name", {{u"a"_s, u"IMG.JPG"_s}}, {{u"IMG (2).JPG"_s, "a"}}, {});
+    row("same size, different", {{u"six"_s, u"IMG.JPG"_s}}, {{u"IMG (2).JPG"_s, "number"}}, {});
+    row("identical", {{u"phone's"_s, u"IMG.JPG"_s}}, {}, {});
+    row("names taken by earlier ones", {{u"a"_s, u"IMG.JPG"_s}, {u"b"_s, u"IMG.JPG"_s}, {u"a"_s, u"IMG.JPG"_s}},
+        {{u"IMG (2).JPG"_s, "a"}, {u"IMG (3).JPG"_s, "b"}}, {});
+    row("unusable sources, the others go on",
+        {{u"missing"_s, u"x"_s}, {u"folder"_s, u"y"_s}, {u"link"_s, u"z"_s}, {u"a"_s, u"ok"_s}}, {{u"ok"_s, "a"}},
+        {u"x: the file cannot be read"_s, u"y: the file cannot be read"_s, u"z: the file cannot be read"_s});
+    row("hostile names", {{u"a"_s, u"../../up.jpg"_s}, {u"a"_s, u"/top.jpg"_s}, {u"a"_s, u"//."_s}},
+        {{u"_/_/up.jpg"_s, "a"}, {u"top.jpg"_s, "a"}}, {u"//.: it has no name for the phone"_s});
+    row("no space, the smaller one goes on", {{u"large"_s, u"large"_s}, {u"a"_s, u"small"_s}}, {{u"small"_s, "a"}},
+        {u"large: "_s + kNoSpace});
+    row("space is counted", {{u"half"_s, u"1"_s}, {u"half"_s, u"2"_s}}, {{u"1"_s, QByteArray(600, 'h')}},
+        {u"2: "_s + kNoSpace});
 }
 
 void DRDeviceConformance::copiesFiles()

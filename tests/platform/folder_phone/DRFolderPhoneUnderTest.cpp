@@ -1,10 +1,9 @@
 #include "tests/platform/folder_phone/DRFolderPhoneUnderTest.h"
 
 #include "platform/folder_phone/DRFolderPhone.h"
+#include "tests/support/DRTestFiles.h"
 
-#include <QDir>
 #include <QDirIterator>
-#include <QFile>
 
 #include <csignal>
 #include <sys/resource.h>
@@ -13,11 +12,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-void writeFile(const QString& path, const QByteArray& bytes)
+void put(const QString& path, const QByteArray& bytes)
 {
-    QFile file(path);
-    if (!QDir().mkpath(QFileInfo(path).path()) || !file.open(QIODevice::WriteOnly) ||
-        file.write(bytes) != bytes.size()) {
+    if (!writeFile(path, bytes)) {
         qFatal("cannot set up a phone");
     }
 }
@@ -27,9 +24,8 @@ QMap<QString, QByteArray> filesBelow(const QString& folder)
     QMap<QString, QByteArray> files;
     QDirIterator entries(folder, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
     while (entries.hasNext()) {
-        QFile file(entries.next());
-        const bool isReadable = file.open(QIODevice::ReadOnly);
-        files.insert(QDir(folder).relativeFilePath(file.fileName()), isReadable ? file.readAll() : QByteArray());
+        const QString path = entries.next();
+        files.insert(QDir(folder).relativeFilePath(path), readFile(path));
     }
     return files;
 }
@@ -65,12 +61,12 @@ DRFolderPhoneUnderTest::DRFolderPhoneUnderTest(const DRPhoneContent& content,
                                                DRTaskQueue& queue,
                                                DRNotificationCenter& center)
 {
-    writeFile(path(u"phone.json"_s), "{\"memoryUsableCapacity\": " + QByteArray::number(capacityBytes) + '}');
+    put(path(u"phone.json"_s), "{\"memoryUsableCapacity\": " + QByteArray::number(capacityBytes) + '}');
     for (auto packet = content.packets.cbegin(); packet != content.packets.cend(); ++packet) {
-        writeFile(path(u"packets/%1/fullbackupdata"_s.arg(packet.key())), packet.value());
+        put(path(u"packets/%1/fullbackupdata"_s.arg(packet.key())), packet.value());
     }
     for (auto file = content.storage.cbegin(); file != content.storage.cend(); ++file) {
-        writeFile(path(u"storage/"_s + file.key()), file.value());
+        put(path(u"storage/"_s + file.key()), file.value());
     }
     m_phone = DRFolderPhone::open(path(), queue, center);
 }

@@ -4,11 +4,11 @@
 #include "platform/media/DRByteSource.h"
 #include "platform/media/DRMP4Atom.h"
 #include "platform/media/DRVideoBoxes.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QTest>
 
 #include <fcntl.h>
 #include <random>
@@ -165,14 +165,13 @@ private:
 private Q_SLOTS:
     void filmIsAsIfMadeWithoutTheBoxes_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QByteArray>("expected");
-        const auto addRow = [](const char* name, const Film& without) {
+        const DRTestTable<QByteArray, QByteArray> row("bytes", "expected");
+        const auto addRow = [&row](const char* name, const Film& without) {
             Film with = without;
             with.userDataBefore = box("udta", "one");
             with.userDataAfter = box("udta", {}) + box("udta", box("name", "three"), DRMP4SizeField::Bits64);
             with.inWave = box("mp4a", QByteArray(4, '\0')) + box("mp4a", "again");
-            QTest::newRow(name) << with.bytes() << without.bytes();
+            row(name, with.bytes(), without.bytes());
         };
         addRow("movie first", {});
         addRow("movie last", {.isMovieFirst = false});
@@ -206,13 +205,13 @@ private Q_SLOTS:
 
     void onePassEqualsOneByOne_data()
     {
-        QTest::addColumn<QStringList>("paths");
-        QTest::newRow("far apart") << QStringList{u"moov/udta"_s, u"moov/trak/mdia/minf/stbl/stsd/udta"_s};
-        QTest::newRow("inner first") << QStringList{u"moov/trak/mdia"_s, u"moov/trak"_s, u"free"_s};
-        QTest::newRow("outer first") << QStringList{u"moov/trak"_s, u"moov/trak/mdia"_s, u"moov/udta/free"_s};
+        const DRTestTable<QStringList> row("paths");
+        row("far apart", {u"moov/udta"_s, u"moov/trak/mdia/minf/stbl/stsd/udta"_s});
+        row("inner first", {u"moov/trak/mdia"_s, u"moov/trak"_s, u"free"_s});
+        row("outer first", {u"moov/trak"_s, u"moov/trak/mdia"_s, u"moov/udta/free"_s});
         const QString descriptions = u"moov/trak/mdia/minf/stbl/stsd"_s;
-        QTest::newRow("descriptions") << QStringList{descriptions + u"/udta"_s, descriptions};
-        QTest::newRow("chunk table") << QStringList{u"moov/trak/mdia/minf/stbl/stco"_s, u"udta/udta"_s, u"?"_s};
+        row("descriptions", {descriptions + u"/udta"_s, descriptions});
+        row("chunk table", {u"moov/trak/mdia/minf/stbl/stco"_s, u"udta/udta"_s, u"?"_s});
     }
 
     void onePassEqualsOneByOne()
@@ -251,9 +250,9 @@ private Q_SLOTS:
 
     void whatCannotBeReadStays_data()
     {
-        QTest::addColumn<QByteArray>("bytes");
+        const DRTestTable<QByteArray> row("bytes");
         const QByteArray good = box("moov", box("udta", {}));
-        const auto addRow = [&](const char* name, const QByteArray& rest) { QTest::newRow(name) << good + rest; };
+        const auto addRow = [&](const char* name, const QByteArray& rest) { row(name, good + rest); };
         const auto table = [](const QByteArray& content) {
             return box("moov", box("trak", box("mdia", box("minf", box("stbl", box("co64", content))))));
         };

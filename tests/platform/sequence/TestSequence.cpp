@@ -1,11 +1,11 @@
 #include "platform/sequence/DRSequence.h"
 #include "platform/sequence/DRSequenceResourceManager.h"
 #include "tests/support/DRTestAnalytics.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <functional>
 #include <memory>
@@ -90,167 +90,154 @@ class TestSequence : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void nextWalksThroughGroupsAndEndsAtTheLastStep();
-    void gotoStepWantsTheRightGroupAndKnowsTheDirection();
-    void stepsMayKeepNextAndCancelToThemselves();
-    void buttonsObeyTheStateMask_data();
-    void buttonsObeyTheStateMask();
-    void nextOfAStepThatIsAboutToAppearWaitsUntilItHasAppeared();
-    void nextInsideDidAppearMovesOn();
-    void uiIsUpdatedForTheCurrentStepOnly();
-    void buttonLabelsOfTheStepComeFirst();
-    void resourcesAreFoundInTheLastBundleFirst();
+    void nextWalksThroughGroupsAndEndsAtTheLastStep()
+    {
+        Fixture f;
+        f.sequence.start();
+        QCOMPARE(f.takeCalls(), (QStringList{u"a willAppearForward"_s, u"a didAppear"_s}));
+        f.sequence.next();
+        QCOMPARE(f.takeCalls(), (QStringList{u"a willDisappear"_s, u"b willAppearForward"_s, u"b didAppear"_s}));
+        f.sequence.next();
+        QCOMPARE(f.sequence.currentStepGroup(), 7);
+        f.calls.clear();
+        f.sequence.next();
+        QCOMPARE(f.takeCalls(), (QStringList{u"c willDisappear"_s, u"completed"_s}));
+        QCOMPARE(f.sequence.currentStep(), nullptr);
+        QCOMPARE(f.sequence.currentStepGroup(), -1);
+        QCOMPARE(f.analytics.takeEvents(), (QStringList{u"page:a"_s, u"page:b"_s, u"page:c"_s}));
+
+        f.sequence.next();
+        f.sequence.cancel();
+        QVERIFY2(f.takeCalls().isEmpty(), "an ended sequence takes no more orders");
+    }
+
+    void gotoStepWantsTheRightGroupAndKnowsTheDirection()
+    {
+        Fixture f;
+        Fixture other;
+        f.sequence.start();
+        f.calls.clear();
+        QVERIFY(!f.sequence.gotoStep(f.c, 0));
+        QVERIFY(!f.sequence.gotoStep(nullptr, 0));
+        QVERIFY(!f.sequence.gotoStep(other.a, 0));
+        QVERIFY(f.calls.isEmpty());
+
+        QVERIFY(f.sequence.gotoStep(f.c, 7));
+        QVERIFY(f.sequence.gotoStep(f.b, 0));
+        QVERIFY(f.sequence.gotoStep(f.b, 0));
+        QCOMPARE(f.takeCalls().filter(u"willAppear"_s),
+                 (QStringList{u"c willAppearForward"_s, u"b willAppearBackward"_s, u"b willAppearForward"_s}));
+    }
+
+    void stepsMayKeepNextAndCancelToThemselves()
+    {
+        Fixture f;
+        f.a->leavesNextToSequence = false;
+        f.a->leavesCancelToSequence = false;
+        f.sequence.start();
+        f.sequence.next();
+        f.sequence.cancel();
+        QCOMPARE(f.sequence.currentStep(), f.a);
+        f.a->leavesCancelToSequence = true;
+        f.calls.clear();
+        f.sequence.cancel();
+        QCOMPARE(f.takeCalls(), (QStringList{u"a willDisappear"_s, u"cancelled"_s}));
+    }
+
+    void buttonsObeyTheStateMask_data()
+    {
+        const DRTestTable<int, bool, QString> row("mask", "isNext", "lastCall");
+        row("all enabled, next", 7, true, u"b didAppear"_s);
+        row("all enabled, cancel", 7, false, u"cancelled"_s);
+        row("next disabled, next", 5, true, u"a didAppear"_s);
+        row("next disabled, cancel", 5, false, u"cancelled"_s);
+        row("nothing enabled, next", 4, true, u"a didAppear"_s);
+        row("nothing enabled, cancel", 4, false, u"a didAppear"_s);
+        row("closing page, next", 22, true, u"completed"_s);
+        row("closing page, cancel", 22, false, u"a didAppear"_s);
+    }
+
+    void buttonsObeyTheStateMask()
+    {
+        QFETCH(const int, mask);
+        QFETCH(const bool, isNext);
+        Fixture f;
+        f.sequence.start();
+        f.a->setStateMask(mask);
+        if (isNext) {
+            f.sequence.pressNext();
+        } else {
+            f.sequence.pressCancel();
+        }
+        QTEST(f.calls.last(), "lastCall");
+    }
+
+    void nextOfAStepThatIsAboutToAppearWaitsUntilItHasAppeared()
+    {
+        Fixture f;
+        f.sequence.start();
+        f.b->onWillAppear = [&f] { f.sequence.next(); };
+        f.calls.clear();
+        f.sequence.next();
+        QCOMPARE(f.takeCalls(), (QStringList{u"a willDisappear"_s, u"b willAppearForward"_s, u"b didAppear"_s,
+                                             u"b willDisappear"_s, u"c willAppearForward"_s, u"c didAppear"_s}));
+    }
+
+    void nextInsideDidAppearMovesOn()
+    {
+        Fixture f;
+        f.b->onDidAppear = [&f] { f.sequence.next(); };
+        f.sequence.start();
+        f.sequence.next();
+        QCOMPARE(f.sequence.currentStep(), f.c);
+    }
+
+    void uiIsUpdatedForTheCurrentStepOnly()
+    {
+        Fixture f;
+        f.sequence.start();
+        int updates = 0;
+        QObject::connect(&f.sequence, &DRSequence::uiUpdated, &f.sequence, [&updates] { ++updates; });
+        f.b->setStateMask(5);
+        QCOMPARE(updates, 0);
+        f.a->setStateMask(5);
+        f.a->setStateMask(5);
+        QCOMPARE(updates, 1);
+    }
+
+    void buttonLabelsOfTheStepComeFirst()
+    {
+        Fixture f;
+        const QString cancel = u"cancel"_s;
+        f.sequence.start();
+        QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), cancel);
+        f.sequence.localizations().setAliasString(u"sequence's"_s, cancel);
+        QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), u"sequence's"_s);
+        f.a->localizations().setAliasString(u"step's"_s, cancel);
+        QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), u"step's"_s);
+        f.sequence.next();
+        QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), u"sequence's"_s);
+    }
+
+    void resourcesAreFoundInTheLastBundleFirst()
+    {
+        QTemporaryDir folder;
+        for (const QString& path : {u"one/icon.png"_s, u"two/icon.svg"_s, u"one/only.v2.png"_s}) {
+            QDir(folder.path()).mkpath(path.section(u'/', 0, 0));
+            QFile file(folder.filePath(path));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        DRSequenceResourceManager resources;
+        for (const QString& bundle : {u"one"_s, u"missing"_s, u"two"_s, u"one"_s}) {
+            resources.registerBundle(folder.filePath(bundle));
+        }
+        QCOMPARE(resources.bundles().size(), 3);
+        QCOMPARE(resources.pathForResource(u"icon"_s), folder.filePath(u"two/icon.svg"_s));
+        QCOMPARE(resources.pathForResource(u"icon.png"_s), folder.filePath(u"one/icon.png"_s));
+        QCOMPARE(resources.pathForResource(u"only.v2"_s), folder.filePath(u"one/only.v2.png"_s));
+        QCOMPARE(resources.pathForResource(u"none"_s), QString());
+    }
 };
-
-void TestSequence::nextWalksThroughGroupsAndEndsAtTheLastStep()
-{
-    Fixture f;
-    f.sequence.start();
-    QCOMPARE(f.takeCalls(), (QStringList{u"a willAppearForward"_s, u"a didAppear"_s}));
-    f.sequence.next();
-    QCOMPARE(f.takeCalls(), (QStringList{u"a willDisappear"_s, u"b willAppearForward"_s, u"b didAppear"_s}));
-    f.sequence.next();
-    QCOMPARE(f.sequence.currentStepGroup(), 7);
-    f.calls.clear();
-    f.sequence.next();
-    QCOMPARE(f.takeCalls(), (QStringList{u"c willDisappear"_s, u"completed"_s}));
-    QCOMPARE(f.sequence.currentStep(), nullptr);
-    QCOMPARE(f.sequence.currentStepGroup(), -1);
-    QCOMPARE(f.analytics.takeEvents(), (QStringList{u"page:a"_s, u"page:b"_s, u"page:c"_s}));
-
-    f.sequence.next();
-    f.sequence.cancel();
-    QVERIFY2(f.takeCalls().isEmpty(), "an ended sequence takes no more orders");
-}
-
-void TestSequence::gotoStepWantsTheRightGroupAndKnowsTheDirection()
-{
-    Fixture f;
-    Fixture other;
-    f.sequence.start();
-    f.calls.clear();
-    QVERIFY(!f.sequence.gotoStep(f.c, 0));
-    QVERIFY(!f.sequence.gotoStep(nullptr, 0));
-    QVERIFY(!f.sequence.gotoStep(other.a, 0));
-    QVERIFY(f.calls.isEmpty());
-
-    QVERIFY(f.sequence.gotoStep(f.c, 7));
-    QVERIFY(f.sequence.gotoStep(f.b, 0));
-    QVERIFY(f.sequence.gotoStep(f.b, 0));
-    QCOMPARE(f.takeCalls().filter(u"willAppear"_s),
-             (QStringList{u"c willAppearForward"_s, u"b willAppearBackward"_s, u"b willAppearForward"_s}));
-}
-
-void TestSequence::stepsMayKeepNextAndCancelToThemselves()
-{
-    Fixture f;
-    f.a->leavesNextToSequence = false;
-    f.a->leavesCancelToSequence = false;
-    f.sequence.start();
-    f.sequence.next();
-    f.sequence.cancel();
-    QCOMPARE(f.sequence.currentStep(), f.a);
-    f.a->leavesCancelToSequence = true;
-    f.calls.clear();
-    f.sequence.cancel();
-    QCOMPARE(f.takeCalls(), (QStringList{u"a willDisappear"_s, u"cancelled"_s}));
-}
-
-void TestSequence::buttonsObeyTheStateMask_data()
-{
-    QTest::addColumn<int>("mask");
-    QTest::addColumn<bool>("isNext");
-    QTest::addColumn<QString>("lastCall");
-    QTest::newRow("all enabled, next") << 7 << true << u"b didAppear"_s;
-    QTest::newRow("all enabled, cancel") << 7 << false << u"cancelled"_s;
-    QTest::newRow("next disabled, next") << 5 << true << u"a didAppear"_s;
-    QTest::newRow("next disabled, cancel") << 5 << false << u"cancelled"_s;
-    QTest::newRow("nothing enabled, next") << 4 << true << u"a didAppear"_s;
-    QTest::newRow("nothing enabled, cancel") << 4 << false << u"a didAppear"_s;
-    QTest::newRow("closing page, next") << 22 << true << u"completed"_s;
-    QTest::newRow("closing page, cancel") << 22 << false << u"a didAppear"_s;
-}
-
-void TestSequence::buttonsObeyTheStateMask()
-{
-    QFETCH(const int, mask);
-    QFETCH(const bool, isNext);
-    Fixture f;
-    f.sequence.start();
-    f.a->setStateMask(mask);
-    if (isNext) {
-        f.sequence.pressNext();
-    } else {
-        f.sequence.pressCancel();
-    }
-    QTEST(f.calls.last(), "lastCall");
-}
-
-void TestSequence::nextOfAStepThatIsAboutToAppearWaitsUntilItHasAppeared()
-{
-    Fixture f;
-    f.sequence.start();
-    f.b->onWillAppear = [&f] { f.sequence.next(); };
-    f.calls.clear();
-    f.sequence.next();
-    QCOMPARE(f.takeCalls(), (QStringList{u"a willDisappear"_s, u"b willAppearForward"_s, u"b didAppear"_s,
-                                         u"b willDisappear"_s, u"c willAppearForward"_s, u"c didAppear"_s}));
-}
-
-void TestSequence::nextInsideDidAppearMovesOn()
-{
-    Fixture f;
-    f.b->onDidAppear = [&f] { f.sequence.next(); };
-    f.sequence.start();
-    f.sequence.next();
-    QCOMPARE(f.sequence.currentStep(), f.c);
-}
-
-void TestSequence::uiIsUpdatedForTheCurrentStepOnly()
-{
-    Fixture f;
-    f.sequence.start();
-    int updates = 0;
-    QObject::connect(&f.sequence, &DRSequence::uiUpdated, &f.sequence, [&updates] { ++updates; });
-    f.b->setStateMask(5);
-    QCOMPARE(updates, 0);
-    f.a->setStateMask(5);
-    f.a->setStateMask(5);
-    QCOMPARE(updates, 1);
-}
-
-void TestSequence::buttonLabelsOfTheStepComeFirst()
-{
-    Fixture f;
-    const QString cancel = u"cancel"_s;
-    f.sequence.start();
-    QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), cancel);
-    f.sequence.localizations().setAliasString(u"sequence's"_s, cancel);
-    QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), u"sequence's"_s);
-    f.a->localizations().setAliasString(u"step's"_s, cancel);
-    QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), u"step's"_s);
-    f.sequence.next();
-    QCOMPARE(f.sequence.resolvedLocalizationKey(cancel), u"sequence's"_s);
-}
-
-void TestSequence::resourcesAreFoundInTheLastBundleFirst()
-{
-    QTemporaryDir folder;
-    for (const QString& path : {u"one/icon.png"_s, u"two/icon.svg"_s, u"one/only.v2.png"_s}) {
-        QDir(folder.path()).mkpath(path.section(u'/', 0, 0));
-        QFile file(folder.filePath(path));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-    }
-    DRSequenceResourceManager resources;
-    for (const QString& bundle : {u"one"_s, u"missing"_s, u"two"_s, u"one"_s}) {
-        resources.registerBundle(folder.filePath(bundle));
-    }
-    QCOMPARE(resources.bundles().size(), 3);
-    QCOMPARE(resources.pathForResource(u"icon"_s), folder.filePath(u"two/icon.svg"_s));
-    QCOMPARE(resources.pathForResource(u"icon.png"_s), folder.filePath(u"one/icon.png"_s));
-    QCOMPARE(resources.pathForResource(u"only.v2"_s), folder.filePath(u"one/only.v2.png"_s));
-    QCOMPARE(resources.pathForResource(u"none"_s), QString());
-}
 
 QTEST_GUILESS_MAIN(TestSequence)
 #include "TestSequence.moc"

@@ -1,12 +1,12 @@
 #include "platform/sqlite/DRDatabase.h"
 #include "platform/sqlite/DRSqlText.h"
 #include "platform/sqlite/DRTransaction.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QFile>
 #include <QRandomGenerator>
 #include <QStringList>
 #include <QTemporaryDir>
-#include <QTest>
 
 #include <limits>
 #include <optional>
@@ -15,75 +15,14 @@ using namespace Qt::StringLiterals;
 using Profile = DRDatabase::Profile;
 
 /// Numbers and literals, whole and broken, and what names of attachments look like.
-const QStringList kOperands{u"12"_s,
-                            u"-3"_s,
-                            u"+4.5"_s,
-                            u".5"_s,
-                            u"-.5e-3"_s,
-                            u"5."_s,
-                            u"5.e2"_s,
-                            u"1e3"_s,
-                            u"1E+3"_s,
-                            u"007"_s,
-                            u"-0"_s,
-                            u"-0.0"_s,
-                            u" \t12\r\n"_s,
-                            u"- 3"_s,
-                            u"-\n3"_s,
-                            u"9223372036854775807"_s,
-                            u"9223372036854775808"_s,
-                            u"-9223372036854775808"_s,
-                            u"-9223372036854775809"_s,
-                            u"123456789012345678901234567890"_s,
-                            u"1e15"_s,
-                            u"1e16"_s,
-                            u"123456789012345.6"_s,
-                            u"0.1234567890123456789"_s,
-                            u"2.2250738585072014e-308"_s,
-                            u"1e-320"_s,
-                            u"1e-999"_s,
-                            u"1e999"_s,
-                            u"-1e999"_s,
-                            u"0x1F"_s,
-                            u"-0X1f"_s,
-                            u"0x000000000000000000001F"_s,
-                            u"0xFFFFFFFFFFFFFFFF"_s,
-                            u"-0xFFFFFFFFFFFFFFFF"_s,
-                            u"0x8000000000000000"_s,
-                            u"-0x8000000000000000"_s,
-                            u"0x10000000000000000"_s,
-                            u"''"_s,
-                            u"'abc'"_s,
-                            u"'aBC' "_s,
-                            u"'it''s'"_s,
-                            u"''''"_s,
-                            u"'%b_'"_s,
-                            u"'12'"_s,
-                            u"' a'"_s,
-                            u"'\u00E9\U0001F600'"_s,
-                            u"'\uFEFFa'"_s,
-                            u"'a''"_s,
-                            u"'''"_s,
-                            u"'"_s,
-                            u"'a' 'b'"_s,
-                            u"'a"_s,
-                            u""_s,
-                            u" "_s,
-                            u"-"_s,
-                            u"."_s,
-                            u"1e"_s,
-                            u"1e+"_s,
-                            u"0x"_s,
-                            u"0xG"_s,
-                            u"0x1.5"_s,
-                            u"1.5.2"_s,
-                            u"12abc"_s,
-                            u"1 2"_s,
-                            u"IMG_0001.jpg"_s,
-                            u"text_0.txt"_s,
-                            u"$1"_s,
-                            u"\u0661"_s,
-                            u"12\u00A0"_s};
+const QStringList kOperands =
+    u"12~-3~+4.5~.5~-.5e-3~5.~5.e2~1e3~1E+3~007~-0~-0.0~ \t12\r\n~- 3~-\n3~9223372036854775807~"
+    "9223372036854775808~-9223372036854775808~-9223372036854775809~123456789012345678901234567890~1e15~"
+    "1e16~123456789012345.6~0.1234567890123456789~2.2250738585072014e-308~1e-320~1e-999~1e999~-1e999~"
+    "0x1F~-0X1f~0x000000000000000000001F~0xFFFFFFFFFFFFFFFF~-0xFFFFFFFFFFFFFFFF~0x8000000000000000~"
+    "-0x8000000000000000~0x10000000000000000~''~'abc'~'aBC' ~'it''s'~''''~'%b_'~'12'~' a'~"
+    "'\u00E9\U0001F600'~'\uFEFFa'~'a''~'''~'~'a' 'b'~'a~~ ~-~.~1e~1e+~0x~0xG~0x1.5~1.5.2~12abc~1 2~"
+    "IMG_0001.jpg~text_0.txt~$1~\u0661~12\u00A0"_s.split(u'~');
 
 class TestDatabase : public QObject {
     Q_OBJECT
@@ -100,20 +39,17 @@ private Q_SLOTS:
 
     void valuesComeBack_data()
     {
-        QTest::addColumn<QVariant>("written");
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("null text") << QVariant(QString()) << QString() << QByteArray();
-        QTest::newRow("empty text") << QVariant(u""_s) << u""_s << QByteArray("");
-        QTest::newRow("mark kept") << QVariant(u"\uFEFFa"_s) << u"\uFEFFa"_s
-                                   << QByteArray("\xEF\xBB\xBF"
-                                                 "a");
-        QTest::newRow("lone surrogate") << QVariant(u"a"_s + QChar(0xD800)) << u"a\uFFFD"_s
-                                        << QByteArray("a\xEF\xBF\xBD");
-        QTest::newRow("NUL written") << QVariant(u"a"_s + QChar(u'\0') + u"b"_s) << u"ab"_s << QByteArray("ab");
-        QTest::newRow("NUL read") << QVariant(QByteArray("a\0b", 3)) << u"ab"_s << QByteArray("a\0b", 3);
-        QTest::newRow("invalid UTF-8") << QVariant(QByteArray("\xC3")) << u"\uFFFD"_s << QByteArray("\xC3");
-        QTest::newRow("empty bytes") << QVariant(QByteArray("")) << u""_s << QByteArray("");
+        const DRTestTable<QVariant, QString, QByteArray> row("written", "text", "bytes");
+        row("null text", QVariant(QString()), {}, {});
+        row("empty text", QVariant(u""_s), u""_s, "");
+        row("mark kept", QVariant(u"\uFEFFa"_s), u"\uFEFFa"_s,
+            "\xEF\xBB\xBF"
+            "a");
+        row("lone surrogate", QVariant(u"a"_s + QChar(0xD800)), u"a\uFFFD"_s, "a\xEF\xBF\xBD");
+        row("NUL written", QVariant(u"a"_s + QChar(u'\0') + u"b"_s), u"ab"_s, "ab");
+        row("NUL read", QVariant(QByteArray("a\0b", 3)), u"ab"_s, QByteArray("a\0b", 3));
+        row("invalid UTF-8", QVariant(QByteArray("\xC3")), u"\uFFFD"_s, "\xC3");
+        row("empty bytes", QVariant(QByteArray("")), u""_s, "");
     }
 
     void valuesComeBack()
@@ -146,15 +82,14 @@ private Q_SLOTS:
 
     void failuresAreSeen_data()
     {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<int>("valueCount");
-        QTest::newRow("malformed") << u"SELEKT 1"_s << 0;
-        QTest::newRow("no statement") << u"  "_s << 0;
-        QTest::newRow("second statement") << u"SELECT 1; SELECT 2"_s << 0;
-        QTest::newRow("no such table") << u"SELECT * FROM absent"_s << 0;
-        QTest::newRow("too few values") << u"SELECT ?, ?"_s << 1;
-        QTest::newRow("too many values") << u"SELECT ?"_s << 2;
-        QTest::newRow("while running") << u"SELECT abs(?)"_s << 1;
+        const DRTestTable<QString, int> row("sql", "valueCount");
+        row("malformed", u"SELEKT 1"_s, 0);
+        row("no statement", u"  "_s, 0);
+        row("second statement", u"SELECT 1; SELECT 2"_s, 0);
+        row("no such table", u"SELECT * FROM absent"_s, 0);
+        row("too few values", u"SELECT ?, ?"_s, 1);
+        row("too many values", u"SELECT ?"_s, 2);
+        row("while running", u"SELECT abs(?)"_s, 1);
     }
 
     void failuresAreSeen()
@@ -311,32 +246,10 @@ private Q_SLOTS:
     void unquotedOperandIsNoSql_data()
     {
         QTest::addColumn<QString>("text");
-        for (const QString& text : {u"x"_s,
-                                    u"\"x\""_s,
-                                    u"\"abc\""_s,
-                                    u"`x`"_s,
-                                    u"[x]"_s,
-                                    u"x'41'"_s,
-                                    u"'a' || 'b'"_s,
-                                    u"'a' OR 1"_s,
-                                    u"'a' OR '1'"_s,
-                                    u"1 OR 1"_s,
-                                    u"12;"_s,
-                                    u"12 -- x"_s,
-                                    u"12 /**/"_s,
-                                    u"- -3"_s,
-                                    u"--3"_s,
-                                    u"+-3"_s,
-                                    u"(12)"_s,
-                                    u"1+1"_s,
-                                    u"TRUE"_s,
-                                    u"NULL"_s,
-                                    u"current_date"_s,
-                                    u"?"_s,
-                                    u"abs(12)"_s,
-                                    u"(SELECT x FROM t)"_s,
-                                    u"'a' UNION SELECT 1"_s,
-                                    u"'%' ESCAPE '\\'"_s}) {
+        const QString texts =
+            u"x~\"x\"~\"abc\"~`x`~[x]~x'41'~'a' || 'b'~'a' OR 1~'a' OR '1'~1 OR 1~12;~12 -- x~12 /**/~- -3~--3~"
+            "+-3~(12)~1+1~TRUE~NULL~current_date~?~abs(12)~(SELECT x FROM t)~'a' UNION SELECT 1~'%' ESCAPE '\\'"_s;
+        for (const QString& text : texts.split(u'~')) {
             QTest::addRow("%s", qPrintable(u'<' + text + u'>')) << text;
         }
     }

@@ -1,11 +1,11 @@
 #include "platform/core/DRFiles.h"
 #include "platform/sqlite/DRDatabase.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QtEndian>
-#include <QTest>
 #include <sqlite3.h>
 
 #include <map>
@@ -69,9 +69,9 @@ private Q_SLOTS:
 
     void sourceLeavesItsFolderAsItIs_data()
     {
-        QTest::addColumn<QString>("journalMode");
-        QTest::newRow("rollback journal") << u"DELETE"_s;
-        QTest::newRow("write-ahead log") << u"WAL"_s;
+        const DRTestTable<QString> row("journalMode");
+        row("rollback journal", u"DELETE"_s);
+        row("write-ahead log", u"WAL"_s);
     }
 
     void sourceLeavesItsFolderAsItIs()
@@ -142,23 +142,19 @@ private Q_SLOTS:
 
     void hotJournalDeletesNoOtherFile_data()
     {
-        QTest::addColumn<std::optional<Profile>>("profile");
-        QTest::addColumn<bool>("namesVictim");
-        QTest::addColumn<bool>("victimSurvives");
-        QTest::addColumn<bool>("journalSurvives");
-        QTest::newRow("plain open, which shows the danger") << std::optional<Profile>() << true << false << false;
-        QTest::newRow("source") << std::optional(Profile::Source) << true << true << true;
-        QTest::newRow("phone") << std::optional(Profile::Phone) << true << true << false;
-        QTest::newRow("copy of a source") << std::optional(Profile::SourceCopy) << true << true << false;
-        QTest::newRow("honest journal") << std::optional(Profile::Phone) << false << true << false;
+        const DRTestTable<std::optional<Profile>, bool, bool, bool> row("profile", "namesVictim", "victimSurvives",
+                                                                        "journalSurvives");
+        row("plain open, which shows the danger", {}, true, false, false);
+        row("source", std::optional(Profile::Source), true, true, true);
+        row("phone", std::optional(Profile::Phone), true, true, false);
+        row("copy of a source", std::optional(Profile::SourceCopy), true, true, false);
+        row("honest journal", std::optional(Profile::Phone), false, true, false);
     }
 
     void hotJournalDeletesNoOtherFile()
     {
         QFETCH(std::optional<Profile>, profile);
         QFETCH(bool, namesVictim);
-        QFETCH(bool, victimSurvives);
-        QFETCH(bool, journalSurvives);
         const QString file = path(u"hot.db"_s);
         makeHotJournal(file, namesVictim ? superJournalRecord(QFile::encodeName(path(u"victim"_s))) : QByteArray());
         QVERIFY(DRFiles::writeAtomically(path(u"victim"_s), "precious"));
@@ -171,32 +167,30 @@ private Q_SLOTS:
         if (!profile) {
             QCOMPARE(rowsReadByPlainOpen(file), SQLITE_OK);
         }
-        QCOMPARE(DRFiles::isRegularFile(path(u"victim"_s)), victimSurvives);
-        QCOMPARE(DRFiles::isRegularFile(file + u"-journal"_s), journalSurvives);
+        QTEST(DRFiles::isRegularFile(path(u"victim"_s)), "victimSurvives");
+        QTEST(DRFiles::isRegularFile(file + u"-journal"_s), "journalSurvives");
     }
 
     void foreignCodeRunsNowhere_data()
     {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<bool>("worksOnPhones");
-        QTest::newRow("view") << u"SELECT * FROM v"_s << true;
-        QTest::newRow("attach") << u"ATTACH 'other.db' AS other"_s << false;
-        QTest::newRow("extension") << u"SELECT load_extension('x')"_s << false;
-        QTest::newRow("tokenizer") << u"SELECT fts3_tokenizer('x', zeroblob(8))"_s << false;
-        QTest::newRow("schema by hand") << u"PRAGMA writable_schema=ON"_s << true; // accepted, and without effect
-        QTest::newRow("schema row") << u"UPDATE sqlite_master SET sql = ''"_s << false;
-        QTest::newRow("two statements") << u"SELECT 1; DELETE FROM t"_s << false;
+        const DRTestTable<QString, bool> row("sql", "worksOnPhones");
+        row("view", u"SELECT * FROM v"_s, true);
+        row("attach", u"ATTACH 'other.db' AS other"_s, false);
+        row("extension", u"SELECT load_extension('x')"_s, false);
+        row("tokenizer", u"SELECT fts3_tokenizer('x', zeroblob(8))"_s, false);
+        row("schema by hand", u"PRAGMA writable_schema=ON"_s, true); // accepted, and without effect
+        row("schema row", u"UPDATE sqlite_master SET sql = ''"_s, false);
+        row("two statements", u"SELECT 1; DELETE FROM t"_s, false);
     }
 
     void foreignCodeRunsNowhere()
     {
         QFETCH(QString, sql);
-        QFETCH(bool, worksOnPhones);
         make(path(u"a.db"_s), u"CREATE TABLE t(x); CREATE VIEW v AS SELECT * FROM t;"_s);
         auto source = DRDatabase::open(path(u"a.db"_s), Profile::Source);
         auto phone = DRDatabase::open(path(u"a.db"_s), Profile::Phone);
         QVERIFY(source && phone);
-        QCOMPARE(phone->executeUpdate(sql), worksOnPhones);
+        QTEST(phone->executeUpdate(sql), "worksOnPhones");
         QVERIFY(sql.startsWith(u"PRAGMA") || !source->executeUpdate(sql));
     }
 

@@ -4,6 +4,7 @@
 #include "platform/ui/DRPageArea.h"
 #include "platform/ui/DRSequenceWindow.h"
 #include "tests/support/DRScreenshot.h"
+#include "tests/support/DRTestTable.h"
 #include "tests/wizard/TransferFixture.h"
 #include "wizard/pages/DRMGPages.h"
 
@@ -90,85 +91,78 @@ class TestPageLooks : public QObject {
 
 private Q_SLOTS:
     void initTestCase() { DRDarkStyle::applyToApplication(); }
-    void showAllTheirTexts_data();
-    void showAllTheirTexts();
+
+    void showAllTheirTexts_data()
+    {
+        const DRTestTable<QString, bool, double, Qt::LayoutDirection> row("language", "isLonger", "pointSize",
+                                                                          "direction");
+        row("english", u"en"_s, false, 10., Qt::LeftToRight);
+        row("german", u"de"_s, false, 10., Qt::LeftToRight);
+        row("longer", u"en"_s, true, 10., Qt::LeftToRight);
+        row("14pt", u"en"_s, false, 14., Qt::LeftToRight);
+        row("right-to-left", u"en"_s, false, 10., Qt::RightToLeft);
+    }
+
+    void showAllTheirTexts()
+    {
+        QFETCH(QString, language);
+        QFETCH(bool, isLonger);
+        QFETCH(double, pointSize);
+        QFETCH(Qt::LayoutDirection, direction);
+        QFont font = QApplication::font();
+        const QFont usualFont = font;
+        font.setPointSizeF(pointSize);
+        QApplication::setFont(font);
+        QGuiApplication::setLayoutDirection(direction);
+        showPages(language, isLonger);
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        QApplication::setFont(usualFont);
+    }
 
 private:
-    static void showPages(const QString& language, bool isLonger);
-    static void examine(QWidget& window, const QString& name);
+    static void showPages(const QString& language, bool isLonger)
+    {
+        const auto changed = isLonger ? longer : +[](const QString& text) { return text; };
+        WizardFixture f(textsOf(language, changed));
+        f.resources.registerBundle(DRArtwork::folder());
+        f.addBackup(u"One"_s);
+        f.addBackup(u"Two"_s);
+        f.choose(kEverything);
+        const DRMGPageTools tools{.context = f.sequence->context(), .chooseBackupsFolder = [] {}, .choosePhone = [] {}};
+        DRSequenceWindow window(*f.sequence,
+                                {.makePage = [&](DRSequenceStep& step) { return DRMGPages::pageFor(step, tools); },
+                                 .text = [&f](const QString& identifier) { return f.strings.text(identifier); },
+                                 .mayLeave = {},
+                                 .settingsPath = {}});
+        f.sequence->start();
+        window.show();
+        window.resize(window.sizeHint().boundedTo(kSmallScreen));
+        using namespace DRMGStepKeys;
+        for (const QString& key : {kWelcome, kSelectBackup, kSelectData, kConnectPhone, kPhoneIncompatible}) {
+            f.sequence->gotoStepForKey(key);
+            examine(window, key);
+        }
+        f.connectPhone();
+        f.sequence->gotoStepForKey(kMemoryWarning);
+        examine(window, kMemoryWarning);
+        for (const auto& [name, entry] :
+             {std::pair(u"too-old"_s, f.makeEntry(u"3.1"_s)), std::pair(u"encrypted"_s, f.makeEntry(u"6.1"_s, true))}) {
+            f.sequence->gotoNextIPhoneStepWithDevice(f.device, {entry});
+            QCOMPARE(f.sequence->currentStep()->key(), kNewBackupNeeded);
+            examine(window, name);
+        }
+    }
+
+    static void examine(QWidget& window, const QString& name)
+    {
+        QCoreApplication::processEvents();
+        QVERIFY(saveScreenshot(window, QString::fromLatin1(QTest::currentDataTag()) + u'-' + name));
+        QCOMPARE(clippedIn(window), QStringList());
+        const auto* const area = window.findChild<DRPageArea*>();
+        QVERIFY2(area->horizontalScrollBar()->maximum() == 0, qPrintable(name));
+        QVERIFY2(area->verticalScrollBar()->maximum() == 0, qPrintable(name));
+    }
 };
-
-void TestPageLooks::showAllTheirTexts_data()
-{
-    QTest::addColumn<QString>("language");
-    QTest::addColumn<bool>("isLonger");
-    QTest::addColumn<double>("pointSize");
-    QTest::addColumn<Qt::LayoutDirection>("direction");
-    QTest::newRow("english") << u"en"_s << false << 10. << Qt::LeftToRight;
-    QTest::newRow("german") << u"de"_s << false << 10. << Qt::LeftToRight;
-    QTest::newRow("longer") << u"en"_s << true << 10. << Qt::LeftToRight;
-    QTest::newRow("14pt") << u"en"_s << false << 14. << Qt::LeftToRight;
-    QTest::newRow("right-to-left") << u"en"_s << false << 10. << Qt::RightToLeft;
-}
-
-void TestPageLooks::showAllTheirTexts()
-{
-    QFETCH(QString, language);
-    QFETCH(bool, isLonger);
-    QFETCH(double, pointSize);
-    QFETCH(Qt::LayoutDirection, direction);
-    QFont font = QApplication::font();
-    const QFont usualFont = font;
-    font.setPointSizeF(pointSize);
-    QApplication::setFont(font);
-    QGuiApplication::setLayoutDirection(direction);
-    showPages(language, isLonger);
-    QGuiApplication::setLayoutDirection(Qt::LeftToRight);
-    QApplication::setFont(usualFont);
-}
-
-void TestPageLooks::showPages(const QString& language, bool isLonger)
-{
-    const auto changed = isLonger ? longer : +[](const QString& text) { return text; };
-    WizardFixture f(textsOf(language, changed));
-    f.resources.registerBundle(DRArtwork::folder());
-    f.addBackup(u"One"_s);
-    f.addBackup(u"Two"_s);
-    f.choose(kEverything);
-    const DRMGPageTools tools{.context = f.sequence->context(), .chooseBackupsFolder = [] {}, .choosePhone = [] {}};
-    DRSequenceWindow window(*f.sequence,
-                            {.makePage = [&](DRSequenceStep& step) { return DRMGPages::pageFor(step, tools); },
-                             .text = [&f](const QString& identifier) { return f.strings.text(identifier); },
-                             .mayLeave = {},
-                             .settingsPath = {}});
-    f.sequence->start();
-    window.show();
-    window.resize(window.sizeHint().boundedTo(kSmallScreen));
-    using namespace DRMGStepKeys;
-    for (const QString& key : {kWelcome, kSelectBackup, kSelectData, kConnectPhone, kPhoneIncompatible}) {
-        f.sequence->gotoStepForKey(key);
-        examine(window, key);
-    }
-    f.connectPhone();
-    f.sequence->gotoStepForKey(kMemoryWarning);
-    examine(window, kMemoryWarning);
-    for (const auto& [name, entry] :
-         {std::pair(u"too-old"_s, f.makeEntry(u"3.1"_s)), std::pair(u"encrypted"_s, f.makeEntry(u"6.1"_s, true))}) {
-        f.sequence->gotoNextIPhoneStepWithDevice(f.device, {entry});
-        QCOMPARE(f.sequence->currentStep()->key(), kNewBackupNeeded);
-        examine(window, name);
-    }
-}
-
-void TestPageLooks::examine(QWidget& window, const QString& name)
-{
-    QCoreApplication::processEvents();
-    QVERIFY(saveScreenshot(window, QString::fromLatin1(QTest::currentDataTag()) + u'-' + name));
-    QCOMPARE(clippedIn(window), QStringList());
-    const auto* const area = window.findChild<DRPageArea*>();
-    QVERIFY2(area->horizontalScrollBar()->maximum() == 0, qPrintable(name));
-    QVERIFY2(area->verticalScrollBar()->maximum() == 0, qPrintable(name));
-}
 
 QTEST_MAIN(TestPageLooks)
 #include "TestPageLooks.moc"

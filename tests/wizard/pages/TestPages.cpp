@@ -1,5 +1,6 @@
 #include "app/gui/DRArtwork.h"
 #include "platform/ui/DRHtmlTextView.h"
+#include "tests/support/DRTestTable.h"
 #include "tests/wizard/TransferFixture.h"
 #include "wizard/pages/DRMGPages.h"
 #include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
@@ -28,134 +29,84 @@ QString englishTexts()
     return QString::fromUtf8(QJsonDocument(texts).toJson());
 }
 
-/// What a person can act on or is told, without a name for screen readers.
-QStringList namelessBelow(QAccessibleInterface* node)
-{
-    static const QList<QAccessible::Role> kNamed{QAccessible::CheckBox, QAccessible::PushButton, QAccessible::Table,
-                                                 QAccessible::ProgressBar};
-    QStringList found;
-    for (int index = 0; index < node->childCount(); ++index) {
-        QAccessibleInterface* const child = node->child(index);
-        if (child == nullptr || child->state().invisible) {
-            continue;
-        }
-        if (kNamed.contains(child->role()) && child->text(QAccessible::Name).isEmpty()) {
-            found.append(QString::fromLatin1(child->object()->metaObject()->className()));
-        }
-        found.append(namelessBelow(child));
-    }
-    return found;
-}
-
 } // namespace
 
 class TestPages : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void everyStepHasAPage_data();
-    void everyStepHasAPage();
-    void buttonsOnlyForWhatTheProgramDoes();
-    void linksReachTheStep();
-    void tickedMediaShowInTheFigures();
-    void transferIsFollowed();
-};
-
-void TestPages::everyStepHasAPage_data()
-{
-    QTest::addColumn<QString>("key");
-    using namespace DRMGStepKeys;
-    for (const QString& key : {kWelcome, kSelectBackup, kSelectData, kTransfer, kComplete, kNewBackupNeeded,
-                               kConnectPhone, kMemoryWarning, kPhoneIncompatible}) {
-        QTest::newRow(qPrintable(key)) << key;
+    void buttonsOnlyForWhatTheProgramDoes()
+    {
+        WizardFixture f(englishTexts());
+        f.sequence->start();
+        bool isAsked = false;
+        const std::unique_ptr<QWidget> page(
+            DRMGPages::pageFor(*f.sequence->currentStep(), {.context = f.sequence->context(),
+                                                            .chooseBackupsFolder = [&isAsked] { isAsked = true; },
+                                                            .choosePhone = {}}));
+        QCOMPARE(page->findChild<QPushButton*>(u"wizard_choose_phone"_s), nullptr);
+        page->findChild<QPushButton*>(u"wizard_choose_backups_folder"_s)->click();
+        QVERIFY(isAsked);
     }
-}
 
-void TestPages::everyStepHasAPage()
-{
-    QFETCH(QString, key);
-    WizardFixture f(englishTexts());
-    f.resources.registerBundle(DRArtwork::folder());
-    f.addBackup(u"One"_s);
-    f.addBackup(u"Two"_s);
-    f.choose(kEverything);
-    f.sequence->gotoStepForKey(key);
-    const std::unique_ptr<QWidget> page(
-        DRMGPages::pageFor(*f.sequence->stepForKey(key),
-                           {.context = f.sequence->context(), .chooseBackupsFolder = [] {}, .choosePhone = [] {}}));
-    QVERIFY(page != nullptr);
-    page->show();
-    QVERIFY(QTest::qWaitForWindowExposed(page.get()));
-    QCOMPARE(namelessBelow(QAccessible::queryAccessibleInterface(page.get())), QStringList());
-}
+    void linksReachTheStep()
+    {
+        WizardFixture f(englishTexts());
+        f.sequence->start();
+        const std::unique_ptr<QWidget> page(
+            DRMGPages::pageFor(*f.sequence->currentStep(),
+                               {.context = f.sequence->context(), .chooseBackupsFolder = {}, .choosePhone = {}}));
+        page->show();
+        auto* const tooltip = page->findChild<DRMigrateTooltipWindowController*>();
+        auto* const view = page->findChildren<DRHtmlTextView*>().at(1);
+        Q_EMIT view->shouldDisplayCustomTooltip(u"1"_s, QPoint(50, 50));
+        QVERIFY(tooltip->isVisible());
+        QVERIFY(tooltip->textView().toPlainText().contains(f.strings.text(u"IDD_MOREINFO"_s)));
+        Q_EMIT view->shouldHideCustomTooltip(u"1"_s);
+        QVERIFY(!tooltip->isVisible());
+        Q_EMIT view->shouldDisplayCustomTooltip(u"1"_s, QPoint(50, 50));
+        page->hide();
+        QVERIFY2(!tooltip->isVisible(), "leaving the page closes it");
+    }
 
-void TestPages::buttonsOnlyForWhatTheProgramDoes()
-{
-    WizardFixture f(englishTexts());
-    f.sequence->start();
-    bool isAsked = false;
-    const std::unique_ptr<QWidget> page(DRMGPages::pageFor(
-        *f.sequence->currentStep(),
-        {.context = f.sequence->context(), .chooseBackupsFolder = [&isAsked] { isAsked = true; }, .choosePhone = {}}));
-    QCOMPARE(page->findChild<QPushButton*>(u"wizard_choose_phone"_s), nullptr);
-    page->findChild<QPushButton*>(u"wizard_choose_backups_folder"_s)->click();
-    QVERIFY(isAsked);
-}
+    void tickedMediaShowInTheFigures()
+    {
+        WizardFixture f(englishTexts());
+        f.resources.registerBundle(DRArtwork::folder());
+        f.script.iPhoneEntries[DRMigrateKeys::kImages] = {f.file(DRMigrateFileKinds::kPhotos, 2048)};
+        f.choose(kEverything);
+        f.connectPhone();
+        f.sequence->gotoStepForKey(DRMGStepKeys::kMemoryWarning);
+        const std::unique_ptr<QWidget> page(
+            DRMGPages::pageFor(*f.sequence->currentStep(),
+                               {.context = f.sequence->context(), .chooseBackupsFolder = {}, .choosePhone = {}}));
+        page->show();
+        const auto hasFigure = [&page](const QString& text) {
+            const QList<QLabel*> labels = page->findChildren<QLabel*>();
+            return std::ranges::any_of(labels, [&text](const QLabel* label) { return label->text() == text; });
+        };
+        QVERIFY(hasFigure(u"2.00 KiB"_s));
+        QTest::mouseClick(page->findChild<DRMGSelectDataEntry*>(DRMigrateKeys::kImages), Qt::LeftButton);
+        QVERIFY(!hasFigure(u"2.00 KiB"_s));
+    }
 
-void TestPages::linksReachTheStep()
-{
-    WizardFixture f(englishTexts());
-    f.sequence->start();
-    const std::unique_ptr<QWidget> page(DRMGPages::pageFor(
-        *f.sequence->currentStep(), {.context = f.sequence->context(), .chooseBackupsFolder = {}, .choosePhone = {}}));
-    page->show();
-    auto* const tooltip = page->findChild<DRMigrateTooltipWindowController*>();
-    auto* const view = page->findChildren<DRHtmlTextView*>().at(1);
-    Q_EMIT view->shouldDisplayCustomTooltip(u"1"_s, QPoint(50, 50));
-    QVERIFY(tooltip->isVisible());
-    QVERIFY(tooltip->textView().toPlainText().contains(f.strings.text(u"IDD_MOREINFO"_s)));
-    Q_EMIT view->shouldHideCustomTooltip(u"1"_s);
-    QVERIFY(!tooltip->isVisible());
-    Q_EMIT view->shouldDisplayCustomTooltip(u"1"_s, QPoint(50, 50));
-    page->hide();
-    QVERIFY2(!tooltip->isVisible(), "leaving the page closes it");
-}
-
-void TestPages::tickedMediaShowInTheFigures()
-{
-    WizardFixture f(englishTexts());
-    f.resources.registerBundle(DRArtwork::folder());
-    f.script.iPhoneEntries[DRMigrateKeys::kImages] = {f.file(DRMigrateFileKinds::kPhotos, 2048)};
-    f.choose(kEverything);
-    f.connectPhone();
-    f.sequence->gotoStepForKey(DRMGStepKeys::kMemoryWarning);
-    const std::unique_ptr<QWidget> page(DRMGPages::pageFor(
-        *f.sequence->currentStep(), {.context = f.sequence->context(), .chooseBackupsFolder = {}, .choosePhone = {}}));
-    page->show();
-    const auto hasFigure = [&page](const QString& text) {
-        const QList<QLabel*> labels = page->findChildren<QLabel*>();
-        return std::ranges::any_of(labels, [&text](const QLabel* label) { return label->text() == text; });
-    };
-    QVERIFY(hasFigure(u"2.00 KiB"_s));
-    QTest::mouseClick(page->findChild<DRMGSelectDataEntry*>(DRMigrateKeys::kImages), Qt::LeftButton);
-    QVERIFY(!hasFigure(u"2.00 KiB"_s));
-}
-
-void TestPages::transferIsFollowed()
-{
-    TransferFixture f;
-    const std::unique_ptr<QWidget> page(
-        DRMGPages::pageFor(f.step(), {.context = f.sequence->context(), .chooseBackupsFolder = {}, .choosePhone = {}}));
-    page->show();
-    f.begin(kEverything);
-    f.advanceTo(DRMGSequenceStepTransfer::Phase::Merge);
-    f.timers.advance(std::chrono::milliseconds(100));
-    auto* const bar = page->findChild<QProgressBar*>();
-    QCOMPARE(bar->value(), static_cast<int>(std::lround(f.step().progressFraction() * bar->maximum())));
-    QVERIFY(bar->value() > 0);
-    QVERIFY(
-        page->findChild<DRHtmlTextView*>(QString(), Qt::FindDirectChildrenOnly)->toPlainText().startsWith(u"about "_s));
-}
+    void transferIsFollowed()
+    {
+        TransferFixture f;
+        const std::unique_ptr<QWidget> page(DRMGPages::pageFor(
+            f.step(), {.context = f.sequence->context(), .chooseBackupsFolder = {}, .choosePhone = {}}));
+        page->show();
+        f.begin(kEverything);
+        f.advanceTo(DRMGSequenceStepTransfer::Phase::Merge);
+        f.timers.advance(std::chrono::milliseconds(100));
+        auto* const bar = page->findChild<QProgressBar*>();
+        QCOMPARE(bar->value(), static_cast<int>(std::lround(f.step().progressFraction() * bar->maximum())));
+        QVERIFY(bar->value() > 0);
+        QVERIFY(page->findChild<DRHtmlTextView*>(QString(), Qt::FindDirectChildrenOnly)
+                    ->toPlainText()
+                    .startsWith(u"about "_s));
+    }
+};
 
 QTEST_MAIN(TestPages)
 

@@ -1,4 +1,5 @@
 #include "platform/ui/DRHtmlTextView.h"
+#include "tests/support/DRTestTable.h"
 #include "tests/wizard/widgets/DRWidgetFixture.h"
 #include "wizard/widgets/DRMigrateTooltipWindowController.h"
 
@@ -7,7 +8,6 @@
 #include <QScreen>
 #include <QScrollBar>
 #include <QShortcut>
-#include <QTest>
 
 using namespace Qt::StringLiterals;
 
@@ -36,64 +36,57 @@ class TestTooltipWindow : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void frameStaysOnTheScreen_data();
-    void frameStaysOnTheScreen();
-    void growsToItsSize();
-    void keysReachThePanel();
+    void frameStaysOnTheScreen_data()
+    {
+        const DRTestTable<QPoint, QSize, QPoint> row("position", "size", "topLeft");
+        row("centred vertically", QPoint(300, 400), QSize(400, 260), QPoint(300, 270));
+        row("at the right", QPoint(900, 400), QSize(400, 260), QPoint(600, 270));
+        row("at the bottom", QPoint(300, 790), QSize(400, 260), QPoint(300, 540));
+        row("at the top", QPoint(300, 60), QSize(400, 260), QPoint(300, 50));
+        row("larger than the screen", QPoint(300, 400), QSize(1200, 900), QPoint(10, 50));
+    }
+
+    void frameStaysOnTheScreen()
+    {
+        QFETCH(QPoint, position);
+        QFETCH(QSize, size);
+        const QRect available(10, 50, 990, 750);
+        const QRect frame = DRMigrateTooltipWindowController::frameFor(position, size, available);
+        QTEST(frame.topLeft(), "topLeft");
+        QCOMPARE(frame.size(), size);
+    }
+
+    void growsToItsSize()
+    {
+        Panel shown;
+        const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
+        const QRect target = DRMigrateTooltipWindowController::frameFor({100, 300}, {400, 260}, available);
+        shown.panel.zoomFromPosition({100, 300}, {400, 260});
+        QCOMPARE(shown.panel.geometry(), target);
+        QCOMPARE(shown.panel.textView().geometry(), QRect(20, 20, 360, 220));
+        QCOMPARE(QAccessible::queryAccessibleInterface(&shown.panel)->text(QAccessible::Name), u"Some words"_s);
+
+        shown.panel.setStyle(&shown.animated);
+        shown.panel.zoomFromPosition({100, 300}, {400, 260});
+        QVERIFY(shown.panel.geometry() != target);
+        QTRY_COMPARE(shown.panel.geometry(), target);
+    }
+
+    void keysReachThePanel()
+    {
+        Panel shown;
+        shown.panel.zoomFromPosition({100, 300}, {400, 260});
+        QTest::keyClick(&shown.page, Qt::Key_Escape);
+        QVERIFY(!shown.panel.isVisible());
+        QCOMPARE(shown.cancelled, 0);
+        QTest::keyClick(&shown.page, Qt::Key_Escape);
+        QCOMPARE(shown.cancelled, 1);
+        shown.panel.textView().setHtml(u"Word "_s.repeated(2000));
+        shown.panel.zoomFromPosition({100, 300}, {400, 260});
+        QTest::keyClick(&shown.page, Qt::Key_PageDown);
+        QVERIFY(shown.panel.textView().verticalScrollBar()->value() > 0);
+    }
 };
-
-void TestTooltipWindow::frameStaysOnTheScreen_data()
-{
-    QTest::addColumn<QPoint>("position");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QPoint>("topLeft");
-    QTest::newRow("centred vertically") << QPoint(300, 400) << QSize(400, 260) << QPoint(300, 270);
-    QTest::newRow("at the right") << QPoint(900, 400) << QSize(400, 260) << QPoint(600, 270);
-    QTest::newRow("at the bottom") << QPoint(300, 790) << QSize(400, 260) << QPoint(300, 540);
-    QTest::newRow("at the top") << QPoint(300, 60) << QSize(400, 260) << QPoint(300, 50);
-    QTest::newRow("larger than the screen") << QPoint(300, 400) << QSize(1200, 900) << QPoint(10, 50);
-}
-
-void TestTooltipWindow::frameStaysOnTheScreen()
-{
-    QFETCH(QPoint, position);
-    QFETCH(QSize, size);
-    const QRect available(10, 50, 990, 750);
-    const QRect frame = DRMigrateTooltipWindowController::frameFor(position, size, available);
-    QTEST(frame.topLeft(), "topLeft");
-    QCOMPARE(frame.size(), size);
-}
-
-void TestTooltipWindow::growsToItsSize()
-{
-    Panel shown;
-    const QRect available = QGuiApplication::primaryScreen()->availableGeometry();
-    const QRect target = DRMigrateTooltipWindowController::frameFor({100, 300}, {400, 260}, available);
-    shown.panel.zoomFromPosition({100, 300}, {400, 260});
-    QCOMPARE(shown.panel.geometry(), target);
-    QCOMPARE(shown.panel.textView().geometry(), QRect(20, 20, 360, 220));
-    QCOMPARE(QAccessible::queryAccessibleInterface(&shown.panel)->text(QAccessible::Name), u"Some words"_s);
-
-    shown.panel.setStyle(&shown.animated);
-    shown.panel.zoomFromPosition({100, 300}, {400, 260});
-    QVERIFY(shown.panel.geometry() != target);
-    QTRY_COMPARE(shown.panel.geometry(), target);
-}
-
-void TestTooltipWindow::keysReachThePanel()
-{
-    Panel shown;
-    shown.panel.zoomFromPosition({100, 300}, {400, 260});
-    QTest::keyClick(&shown.page, Qt::Key_Escape);
-    QVERIFY(!shown.panel.isVisible());
-    QCOMPARE(shown.cancelled, 0);
-    QTest::keyClick(&shown.page, Qt::Key_Escape);
-    QCOMPARE(shown.cancelled, 1);
-    shown.panel.textView().setHtml(u"Word "_s.repeated(2000));
-    shown.panel.zoomFromPosition({100, 300}, {400, 260});
-    QTest::keyClick(&shown.page, Qt::Key_PageDown);
-    QVERIFY(shown.panel.textView().verticalScrollBar()->value() > 0);
-}
 
 QTEST_MAIN(TestTooltipWindow)
 
