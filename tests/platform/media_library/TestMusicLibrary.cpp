@@ -23,6 +23,12 @@ namespace {
 
 const QByteArray kTwoTracks = track(1, "One", "file:///m/1.mp3") + track(2, "Two", "file:///m/2.mp3");
 const QByteArray kWhole = library(kTwoTracks, playlist("P", "0A", {1, 2}) + playlist("Q", "0B", {2}));
+
+/// The whole library with an entity of its own.
+QByteArray defining(const QByteArray& entity)
+{
+    return QByteArray(kWhole).replace("1.0.dtd\"", "1.0.dtd\" [" + entity + ']');
+}
 const QString kEnds = u"it ends in its middle"_s;
 
 QString metadataText(const DRDCFilePointer& file, const char* key)
@@ -152,11 +158,9 @@ private Q_SLOTS:
             u"it is damaged"_s); // which is noticed when a chunk is decoded
         row("entities of XML", library(track(1, "R&amp;B &#60;&#x1F3B5;", {}), {}), u"1:R&B <🎵"_s, {}, {});
         row("unknown entity", QByteArray(kWhole).replace("Two", "&two;"), u"1:One"_s, {}, noList);
-        row("entity of its own",
-            QByteArray(kWhole).replace("1.0.dtd\"", "1.0.dtd\" [<!ENTITY two \"lol\">]").replace("Two", "&two;"), {},
-            {}, u"it defines entities of its own"_s);
-        row("entity that is a file",
-            QByteArray(kWhole).replace("1.0.dtd\"", "1.0.dtd\" [<!ENTITY two SYSTEM \"file:///etc/passwd\">]"), {}, {},
+        row("entity of its own", defining("<!ENTITY two 'lol'>").replace("Two", "&two;"), {}, {},
+            u"it defines entities of its own"_s);
+        row("entity that is a file", defining("<!ENTITY two SYSTEM 'file:///etc/passwd'>"), {}, {},
             u"it defines entities of its own"_s);
         row("nested deeply", library(kTwoTracks, QByteArray("<array>").repeated(100'000)), both, {},
             u"it is nested too deeply"_s);
