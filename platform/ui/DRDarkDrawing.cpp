@@ -13,8 +13,9 @@ namespace {
 
 // In points.
 constexpr double kRadius = 4;
+constexpr double kButtonRadius = 6;
 constexpr double kRing = 2;
-constexpr double kRingGap = 3; ///< from a button's outer edge to its face; the ring takes part of it
+constexpr double kRingGap = 3; ///< from a button's outer edge to its face while the ring is between the two
 constexpr double kThinLine = 1;
 constexpr double kTickLine = 2;
 
@@ -52,14 +53,25 @@ void DRDarkDrawing::drawFocusRing(const QStyleOption& option, QPainter& painter)
     painter.drawRoundedRect(inset(option.rect, kRing / 2), kRadius + kRing, kRadius + kRing);
 }
 
+void DRDarkDrawing::drawFrame(const QStyleOption& option, QPainter& painter)
+{
+    const QColor color =
+        has(option, QStyle::State_HasFocus) ? QColor(DRDarkPalette::kLink) : option.palette.color(QPalette::Base);
+    painter.setPen(QPen(color, kRing));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(inset(option.rect, kRing / 2), kRing, kRing); // what is inside has sharp corners
+}
+
 void DRDarkDrawing::drawButton(const QStyleOption& option, QPainter& painter)
 {
     const QColor face = faceOf(option);
     const bool isMain = option.palette.color(QPalette::Button) == QColor(DRDarkPalette::kAccent);
+    const bool isFocused = has(option, QStyle::State_HasFocus);
+    const double radius = isFocused ? kRadius : kButtonRadius;
     painter.setPen(isMain ? QPen(face) : QPen(QColor(DRDarkPalette::kLine), kThinLine));
     painter.setBrush(face);
-    painter.drawRoundedRect(inset(option.rect, kRingGap + kThinLine / 2), kRadius, kRadius);
-    if (has(option, QStyle::State_HasFocus)) {
+    painter.drawRoundedRect(inset(option.rect, (isFocused ? kRingGap : 0) + kThinLine / 2), radius, radius);
+    if (isFocused) {
         drawFocusRing(option, painter);
     }
 }

@@ -15,6 +15,9 @@ namespace DRDarkDrawing {
 void drawButton(const QStyleOption& option, QPainter& painter);
 void drawCheckBox(const QStyleOption& option, QPainter& painter);
 void drawFocusRing(const QStyleOption& option, QPainter& painter);
+
+/// The frame of a list or text: part of its ground, until it has the focus.
+void drawFrame(const QStyleOption& option, QPainter& painter);
 void drawHeaderSection(const QStyleOption& option, QPainter& painter);
 void drawProgressGroove(const QStyleOption& option, QPainter& painter);
 

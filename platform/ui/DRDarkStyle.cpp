@@ -3,6 +3,7 @@
 #include "platform/ui/DRDarkDrawing.h"
 #include "platform/ui/DRDarkPalette.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QPainter>
 #include <QStyleOption>
@@ -20,6 +21,8 @@ namespace {
 constexpr int kHeaderMargin = 6;
 constexpr int kScrollBarExtent = 12;
 constexpr int kShortestScrollHandle = 24;
+
+constexpr int kFrameWidth = 2; ///< room for the ring
 
 constexpr int kLeastButtonCharacters = 12; ///< keeps short labels from making small buttons
 
@@ -45,6 +48,7 @@ template <typename Element> struct Drawing {
 
 constexpr Drawing<QStyle::PrimitiveElement> kPrimitives[] = {
     {QStyle::PE_PanelButtonCommand, DRDarkDrawing::drawButton},
+    {QStyle::PE_Frame, DRDarkDrawing::drawFrame},
     {QStyle::PE_FrameFocusRect, DRDarkDrawing::drawFocusRing},
     {QStyle::PE_IndicatorCheckBox, DRDarkDrawing::drawCheckBox},
 };
@@ -69,6 +73,13 @@ bool drawOneOf(const Drawing<Element> (&drawings)[count],
     const SmoothPainter smooth(painter);
     drawing->draw(option, painter);
     return true;
+}
+
+/// Whether the focused cell of this widget lies in a row that is shown as selected anyway.
+bool selectsRows(const QWidget* widget)
+{
+    const auto* const view = qobject_cast<const QAbstractItemView*>(widget);
+    return view != nullptr && view->selectionBehavior() == QAbstractItemView::SelectRows;
 }
 
 } // namespace
@@ -101,6 +112,9 @@ void DRDarkStyle::drawPrimitive(PrimitiveElement element,
                                 QPainter* painter,
                                 const QWidget* widget) const
 {
+    if (element == PE_FrameFocusRect && selectsRows(widget)) {
+        return; // the list's frame has the ring
+    }
     if (!drawOneOf(kPrimitives, element, *option, *painter)) {
         QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
@@ -180,13 +194,21 @@ QSize DRDarkStyle::sizeFromContents(ContentsType type,
     }
     const QFontMetrics& metrics = option->fontMetrics;
     const QSize withPadding = contents + QSize(metrics.height() * 2, 0);
-    const QSize least(kLeastButtonCharacters * metrics.averageCharWidth(), metrics.height() * 9 / 4);
+    const QSize least(kLeastButtonCharacters * metrics.averageCharWidth(), metrics.height() * 2);
     return size.expandedTo(withPadding).expandedTo(least);
+}
+
+QPixmap DRDarkStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap& pixmap, const QStyleOption* option) const
+{
+    // A veil over the pictures of selected rows would make them hard to tell apart.
+    return mode == QIcon::Selected ? pixmap : QProxyStyle::generatedIconPixmap(mode, pixmap, option);
 }
 
 int DRDarkStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
 {
     switch (metric) {
+    case PM_DefaultFrameWidth:
+        return kFrameWidth;
     case PM_FocusFrameHMargin: // of the texts in lists, which then stand below their headings
         return kHeaderMargin - 1;
     case PM_ScrollBarExtent:

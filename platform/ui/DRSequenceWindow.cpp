@@ -26,7 +26,7 @@ namespace {
 constexpr double kHeadingShare = 1.6; ///< of the size of ordinary text
 // In average characters and lines of the font.
 constexpr int kUsualCharacters = 128;
-constexpr int kUsualLines = 40;
+constexpr int kUsualLines = 43;
 
 QString sizeKey()
 {

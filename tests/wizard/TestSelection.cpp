@@ -13,6 +13,8 @@ using namespace DRMigrateKeys;
 
 namespace {
 
+using StorageRow = DRMGSequenceStepMemoryWarning::StorageRow;
+
 /// A wizard with a chosen backup of two contacts, a photo, two videos, a song and a memo.
 struct Selection : WizardFixture {
     Selection()
@@ -202,8 +204,9 @@ private Q_SLOTS:
         QCOMPARE(described(page.boxes()),
                  (QStringList{u"+images 1 100 bytes"_s, u"-videos 2 3000 bytes"_s, u"+music 3 10 bytes"_s}));
         QCOMPARE(page.stateMask(), 5);
+        QVERIFY(page.storageRows().back() == (StorageRow{StorageRow::Part::Missing, {}, 5}));
         page.setTicked(kMusic, false);
-        QCOMPARE(page.storage().free, 5U);
+        QVERIFY(page.storageRows().back() == (StorageRow{StorageRow::Part::Free, {}, 5}));
         QCOMPARE(page.stateMask(), 7);
         QVERIFY2(f.selectedTypes() == (QStringList{kNotes, kImages, kVoiceMemos}), "the memos stay selected");
         page.setTicked(kVideos, true);
@@ -236,13 +239,13 @@ private Q_SLOTS:
 
     void storage_data()
     {
-        const DRTestTable<quint64, quint64, quint64, quint64, quint64, bool> row("capacity", "freeBytes", "media",
-                                                                                 "other", "left", "isOverfull");
-        row("fits", 1000, 400, 399, 600, 1, false);
-        row("exactly full", 1000, 400, 400, 600, 0, true);
-        row("overflows", 1000, 400, 401, 600, 0, true);
-        row("full, no media", 1000, 0, 0, 1000, 0, false);
-        row("more free than capacity", 1000, 1500, 200, std::numeric_limits<quint64>::max() - 499, 1300, false);
+        const DRTestTable<quint64, quint64, quint64, quint64, quint64, quint64, bool> row(
+            "capacity", "freeBytes", "media", "other", "left", "missing", "isOverfull");
+        row("fits", 1000, 400, 399, 600, 1, 0, false);
+        row("exactly full", 1000, 400, 400, 600, 0, 0, true);
+        row("overflows", 1000, 400, 401, 600, 0, 1, true);
+        row("full, no media", 1000, 0, 0, 1000, 0, 0, false);
+        row("more free than capacity", 1000, 1500, 200, std::numeric_limits<quint64>::max() - 499, 1300, 0, false);
     }
 
     void storage()
@@ -254,6 +257,7 @@ private Q_SLOTS:
             storageFigures(capacity, freeBytes, {.music = 0, .images = media, .videos = 0});
         QTEST(figures.other, "other");
         QTEST(figures.free, "left");
+        QTEST(figures.missing(), "missing");
         QTEST(figures.isOverfull(), "isOverfull");
         QCOMPARE(figures.total, capacity);
     }

@@ -230,7 +230,10 @@ private Q_SLOTS:
                                                .furtherCounts = {{u"calls"_s, {7, 7}}, {u"new"_s, {1, 1}}},
                                                .skipped = {{u"An\nn"_s, u"no name"_s}}};
         summary.kinds[kImages] =
-            Kind{.flags = kDelivered, .sourceKey = kImages, .records = {5, 5}, .furtherCounts = {}};
+            Kind{.flags = kDelivered, .sourceKey = kImages, .records = {9, 5}, .furtherCounts = {}};
+        for (const QString& name : {u"1%2"_s, u"2"_s, u"3"_s, u"1%2"_s, u"4"_s, u"5"_s}) {
+            summary.kinds[kImages].skipped.push_back({name, name == u"5" ? u"torn"_s : u"gone"_s});
+        }
         summary.kinds[kNotesPacket] = Kind{.flags = 0, .sourceKey = kNotes, .records = {}, .isUnwritten = true};
         summary.kinds[kMusic].unmoved = Unmoved{kMusic, Unmoved::Weight::Note, Unmoved::Reason::NotInBackup, {}};
         summary.kinds[kCalendar].unmoved = Unmoved{kCalendar, Unmoved::Weight::Skipped, Unmoved::Reason::NoApp, {}};
@@ -250,9 +253,13 @@ private Q_SLOTS:
                             u"Conversations | Moved: 0 of 0 |  | com.android.providers.telephony: broken | lost"_s,
                             u"Calendar events | The phone has no app for it |  |  | lost"_s,
                             u"Notes | Moved: 0 of 0 |  | It was not written to the phone | lost"_s,
-                            u"Photos, Videos | Moved: 5 of 5 |  |  | -"_s,
+                            u"Photos, Videos | Moved: 5 of 9 |  | 1%2, 2, 3 and 1 more: gone; 5: torn | lost"_s,
                             u"Music | Not in this backup |  |  | -"_s,
                         }));
+        const auto rows = DRMGSummaryRow::rowsOf(summary, plan, *strings);
+        QCOMPARE(rows[4].allLosses,
+                 (QStringList{u"1%2: gone"_s, u"2: gone"_s, u"3: gone"_s, u"4: gone"_s, u"5: torn"_s}));
+        QVERIFY2(rows[0].allLosses.isEmpty(), "nothing is left out");
     }
 };
 

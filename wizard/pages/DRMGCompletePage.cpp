@@ -15,20 +15,18 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// In points.
-constexpr QSize kPictureSize{56, 56};
-constexpr QSize kMarkSize{18, 18};
+constexpr QSize kMarkSize{20, 20}; // in points
 
 constexpr int kMostRemarkLines = 7;
 
-enum Column { Mark, Name, Text };
+enum Column { Mark, Name, Outcome, Counts };
 
 } // namespace
 
 DRMGCompletePage::DRMGCompletePage(DRMGSequenceStepComplete& step, const DRMGPageTools& tools)
     : DRMGPage(step, tools),
       m_step(step),
-      m_image(makePicture(kPictureSize)),
+      m_image(makePicture()),
       m_body(makeHtmlView()),
       m_summaryTitle(makeLabel()),
       m_summary(new QWidget(this)),
@@ -40,10 +38,7 @@ DRMGCompletePage::DRMGCompletePage(DRMGSequenceStepComplete& step, const DRMGPag
     m_summaryTitle->setFont(titleFont);
     m_remarks->setReadOnly(true);
     m_remarks->setTabChangesFocus(true);
-    m_remarks->setFrameShape(QFrame::NoFrame);
-    auto* const outcome = new QHBoxLayout;
-    outcome->setSpacing(largeGap());
-    outcome->addWidget(m_image, 0, Qt::AlignTop);
+    QHBoxLayout* const outcome = makePictureRow(m_image);
     outcome->addWidget(m_body, 1, Qt::AlignVCenter);
     auto* const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -88,37 +83,40 @@ void DRMGCompletePage::renderSummary()
     auto* const table = new QGridLayout(summary);
     table->setContentsMargins(0, 0, 0, 0);
     table->setHorizontalSpacing(smallGap() * 2);
-    table->setVerticalSpacing(smallGap());
-    table->setColumnStretch(Text, 1);
+    table->setVerticalSpacing(smallGap() / 2);
+    table->setColumnStretch(Counts, 1);
     for (const DRMGSummaryRow& row : m_shownRows) {
         addRow(*table, row);
     }
     const std::unique_ptr<QLayoutItem> former(layout()->replaceWidget(m_summary, summary));
     m_summary->deleteLater();
     m_summary = summary;
+    m_summary->show();
 }
 
 void DRMGCompletePage::addRow(QGridLayout& table, const DRMGSummaryRow& row)
 {
-    const int at = table.rowCount();
-    if (row.isLoss) {
+    int at = table.rowCount();
+    if (row.isLoss || !row.imageName.isEmpty()) {
         DRIconLabel* const mark = makePicture(kMarkSize);
-        mark->setIconName(u"migrate_mark_unreadable"_s);
+        mark->setIconName(row.isLoss ? u"migrate_mark_unreadable"_s : row.imageName);
         table.addWidget(mark, at, Mark, Qt::AlignTop);
     }
     QLabel* const name = makeText(row.name, QPalette::WindowText);
     name->setWordWrap(false);
-    auto* const texts = new QVBoxLayout;
-    texts->setSpacing(smallGap() / 4);
-    texts->addWidget(makeText(row.outcome, QPalette::WindowText));
+    table.addWidget(name, at, Name);
+    QLabel* const outcome = makeText(row.outcome, QPalette::WindowText);
+    outcome->setWordWrap(row.counts.isEmpty());
+    table.addWidget(outcome, at, Outcome, 1, row.counts.isEmpty() ? 2 : 1);
+    for (qsizetype index = 0; index < row.counts.size(); ++index) {
+        table.addWidget(makeText(row.counts[index], QPalette::PlaceholderText), index == 0 ? at : ++at, Counts);
+    }
     for (const QString& text : row.losses) {
-        texts->addWidget(makeText(text, QPalette::WindowText));
+        table.addWidget(makeText(text, QPalette::WindowText), ++at, Outcome, 1, 2);
     }
-    for (const QString& text : row.counts + row.notes) {
-        texts->addWidget(makeText(text, QPalette::PlaceholderText));
+    for (const QString& text : row.notes) {
+        table.addWidget(makeText(text, QPalette::PlaceholderText), ++at, Outcome, 1, 2);
     }
-    table.addWidget(name, at, Name, Qt::AlignTop);
-    table.addLayout(texts, at, Text);
 }
 
 QLabel* DRMGCompletePage::makeText(const QString& text, QPalette::ColorRole role)

@@ -3,11 +3,9 @@
 #include "wizard/pages/DRMGSelectionEntries.h"
 #include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
 
-#include <vector>
-
+class DRMGStorageLegend;
 class DRMigrateMemoryWarningBar;
 class QBoxLayout;
-class QGridLayout;
 
 /// The media with their sizes, and the phone's storage as a bar and in figures.
 class DRMGMemoryWarningPage final : public DRMGPage {
@@ -21,14 +19,12 @@ protected:
 
 private:
     void addEntries(QBoxLayout& column);
-    void showStorage();
 
     DRMGSequenceStepMemoryWarning& m_step;
     DRHtmlTextView* m_body;
     DRMGSelectionEntries m_checkboxes;
     DRMigrateMemoryWarningBar* m_memoryBar;
-    QGridLayout* m_figures;
-    std::vector<QLabel*> m_sizes; ///< one for each row of the storage
+    DRMGStorageLegend* m_legend;
     DRHtmlTextView* m_pressNext;
     QLabel* m_status;
 };

@@ -17,6 +17,7 @@ protected:
 
 private:
     DRMGSequenceStepNewBackupNeeded& m_step;
+    DRIconLabel* m_image;
     DRHtmlTextView* m_reason;
     DRHtmlTextView* m_note;
     DRElidedLabel* m_backupsFolder;

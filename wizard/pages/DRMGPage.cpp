@@ -7,6 +7,7 @@
 #include "wizard/steps/DRMGSequenceStep.h"
 #include "wizard/widgets/DRMigrateTooltipWindowController.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
 
@@ -75,6 +76,14 @@ DRIconLabel* DRMGPage::makePicture(const QSize& size)
     auto* const picture = new DRIconLabel(m_tools.context.resources, this);
     picture->setIconSize(size);
     return picture;
+}
+
+QHBoxLayout* DRMGPage::makePictureRow(DRIconLabel* picture) const
+{
+    auto* const row = new QHBoxLayout;
+    row->setSpacing(largeGap());
+    row->addWidget(picture, 0, Qt::AlignTop);
+    return row;
 }
 
 QPushButton* DRMGPage::makeButton(const QString& textIdentifier, const std::function<void()>& action)

@@ -11,6 +11,7 @@ class DRHtmlTextView;
 class DRIconLabel;
 class DRMGSequenceStep;
 class DRMigrateTooltipWindowController;
+class QHBoxLayout;
 class QLabel;
 class QPushButton;
 
@@ -27,6 +28,8 @@ class DRMGPage : public QWidget {
     Q_OBJECT
 
 protected:
+    static constexpr QSize kSignSize{56, 56}; ///< of the picture that stands for what a page says, in points
+
     /// The step outlives the page.
     DRMGPage(DRMGSequenceStep& step, DRMGPageTools tools);
 
@@ -51,7 +54,10 @@ protected:
     [[nodiscard]] QLabel* makeLabel();
 
     /// A picture of this size, in points.
-    [[nodiscard]] DRIconLabel* makePicture(const QSize& size);
+    [[nodiscard]] DRIconLabel* makePicture(const QSize& size = kSignSize);
+
+    /// A row that begins with the picture that stands for what the page says.
+    [[nodiscard]] QHBoxLayout* makePictureRow(DRIconLabel* picture) const;
 
     /// A button that has the program do something beside the step's own business; null when the program does not.
     [[nodiscard]] QPushButton* makeButton(const QString& textIdentifier, const std::function<void()>& action);

@@ -7,23 +7,16 @@
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr QSize kPictureSize{56, 56}; // in points
-
-} // namespace
-
 DRMGPhoneIncompatiblePage::DRMGPhoneIncompatiblePage(DRMGSequenceStepPhoneIncompatible& step,
                                                      const DRMGPageTools& tools)
     : DRMGPage(step, tools), m_step(step), m_body(makeHtmlView())
 {
-    DRIconLabel* const picture = makePicture(kPictureSize);
+    DRIconLabel* const picture = makePicture();
     picture->setIconName(u"tarvex_alert"_s);
-    auto* const row = new QHBoxLayout(this);
+    QHBoxLayout* const row = makePictureRow(picture);
     row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(largeGap());
-    row->addWidget(picture, 0, Qt::AlignTop);
     row->addWidget(m_body, 1, Qt::AlignTop);
+    setLayout(row);
 }
 
 void DRMGPhoneIncompatiblePage::render()

@@ -5,13 +5,19 @@
 #include "platform/device/DRDCDeviceController.h"
 #include "platform/ui/DRElidedLabel.h"
 #include "platform/ui/DRHtmlTextView.h"
+#include "platform/ui/DRPanel.h"
 
 #include <QDir>
-#include <QFrame>
 #include <QHBoxLayout>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kHangingIndent = 10; ///< in points: of the text's lines below its number
+
+} // namespace
 
 DRMGWelcomePage::DRMGWelcomePage(DRMGSequenceStepWelcome& step, const DRMGPageTools& tools)
     : DRMGPage(step, tools),
@@ -34,15 +40,14 @@ DRMGWelcomePage::DRMGWelcomePage(DRMGSequenceStepWelcome& step, const DRMGPageTo
 
 QWidget* DRMGWelcomePage::makePanel(DRHtmlTextView* html, QPushButton* button, DRElidedLabel* choice)
 {
-    auto* const panel = new QFrame(this);
-    panel->setAutoFillBackground(true);
-    panel->setBackgroundRole(QPalette::Base);
+    auto* const panel = new DRPanel(this);
     auto* const column = new QVBoxLayout(panel);
     column->setContentsMargins(largeGap(), smallGap() * 3 / 2, largeGap(), smallGap() * 3 / 2);
-    column->setSpacing(smallGap());
+    column->setSpacing(smallGap() * 3 / 2);
     column->addWidget(html);
     choice->setForegroundRole(QPalette::PlaceholderText);
     auto* const row = new QHBoxLayout;
+    row->setContentsMargins(kHangingIndent, 0, 0, 0);
     row->setSpacing(smallGap() * 2);
     if (button != nullptr) {
         row->addWidget(button);

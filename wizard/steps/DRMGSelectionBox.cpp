@@ -137,6 +137,15 @@ QString labelIdentifier(const QString& key)
     return found == categories().end() ? QString() : found->labelIdentifier;
 }
 
+QString imageName(const QString& key)
+{
+    if (key == DRMigrateKeys::kVoiceMemos) { // without a box of its own
+        return u"migrate_voice_memos"_s;
+    }
+    const auto found = std::ranges::find(categories(), key, &DRMGSelectionCategory::key);
+    return found == categories().end() ? QString() : found->iconName;
+}
+
 quint64 mediaBytes(const DRMigrateBackupEntry& entry, const QString& key)
 {
     const auto boxes = mediaBoxes();

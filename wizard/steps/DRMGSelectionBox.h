@@ -66,6 +66,9 @@ namespace DRMGSelection {
 /// The text under the box's identifier, with "%i" for the count; empty for an unknown key.
 [[nodiscard]] QString labelIdentifier(const QString& key);
 
+/// The picture of a kind; empty for an unknown key.
+[[nodiscard]] QString imageName(const QString& key);
+
 /// The bytes of a media box; 0 for other keys.
 [[nodiscard]] quint64 mediaBytes(const DRMigrateBackupEntry& entry, const QString& key);
 

@@ -8,6 +8,10 @@
 #include "wizard/steps/DRMGSequenceStepTransfer.h"
 
 #include <QDir>
+#include <QSet>
+
+#include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -120,6 +124,15 @@ QString DRMGSequenceStepComplete::backupHtml(const QString& identifier) const
     return DRMGHtml::withLink(text(identifier), kBackupLink).replace(u"%ws"_s, backupName().toHtmlEscaped());
 }
 
+void DRMGSequenceStepComplete::addLossesLeftOut()
+{
+    const QSet<QString> told(m_remarks.begin(), m_remarks.end());
+    for (const DRMGSummaryRow& row : m_summaryRows) {
+        std::ranges::copy_if(row.allLosses, std::back_inserter(m_remarks),
+                             [&told](const QString& loss) { return !told.contains(loss); });
+    }
+}
+
 void DRMGSequenceStepComplete::makeSummary()
 {
     const DRTransferSummary summary = migration().transferSummary();
@@ -128,6 +141,7 @@ void DRMGSequenceStepComplete::makeSummary()
     for (const QString& detail : summary.result.errorDetails) {
         m_remarks.append(withoutControlCharacters(detail));
     }
+    addLossesLeftOut();
     if (m_remarks.isEmpty() && summary.result.errorCode == DRMGSequenceStepTransfer::kErrorPhoneGone) {
         m_remarks.append(text(u"wizard_summary_phone_gone"_s));
     }

@@ -43,7 +43,8 @@ public:
     [[nodiscard]] QString summaryTitle() const;
     [[nodiscard]] const std::vector<DRMGSummaryRow>& summaryRows() const { return m_summaryRows; }
 
-    /// What a person should know beside that: why it failed, or that the transfer could not be remembered. Plain texts.
+    /// What a person should know beside that: why it failed, each loss that the summary leaves out, or that the transfer
+    /// could not be remembered. Plain texts; may be many.
     [[nodiscard]] const QStringList& remarks() const { return m_remarks; }
 
     /// "vorn" asks the program to open the support page; "backup" closes the wizard and asks for the phone's backups.
@@ -52,6 +53,7 @@ public:
 private:
     [[nodiscard]] QString backupHtml(const QString& identifier) const;
     void makeSummary();
+    void addLossesLeftOut();
 
     ErrorState m_errorState = ErrorState::Success;
     std::vector<DRMGSummaryRow> m_summaryRows;

@@ -91,11 +91,15 @@ QString DRMGSequenceStepMemoryWarning::pressNextHtml() const
 
 std::vector<DRMGSequenceStepMemoryWarning::StorageRow> DRMGSequenceStepMemoryWarning::storageRows() const
 {
-    return {{text(u"memory_bar_other"_s), m_storage.other},
-            {text(u"memory_bar_music"_s), m_storage.music},
-            {text(u"memory_bar_videos"_s), m_storage.videos},
-            {text(u"memory_bar_images"_s), m_storage.images},
-            {text(u"wizard_storage_free"_s), m_storage.free}};
+    using Part = StorageRow::Part;
+    const StorageRow last = m_storage.missing() == 0
+                                ? StorageRow{Part::Free, text(u"wizard_storage_free"_s), m_storage.free}
+                                : StorageRow{Part::Missing, text(u"wizard_storage_missing"_s), m_storage.missing()};
+    return {{Part::Other, text(u"memory_bar_other"_s), m_storage.other},
+            {Part::Music, text(u"memory_bar_music"_s), m_storage.music},
+            {Part::Videos, text(u"memory_bar_videos"_s), m_storage.videos},
+            {Part::Images, text(u"memory_bar_images"_s), m_storage.images},
+            last};
 }
 
 QString DRMGSequenceStepMemoryWarning::storageName() const

@@ -31,8 +31,12 @@ public:
     [[nodiscard]] QString bodyHtml() const;
     [[nodiscard]] QString pressNextHtml() const;
 
-    /// The storage in words, from left to right as the bar shows it, and the bar's name for screen readers.
+    /// The storage in words, from left to right as the bar shows it, and the bar's name for screen readers. The last row
+    /// is what stays free, or what is missing.
     struct StorageRow {
+        enum class Part { Other, Music, Videos, Images, Free, Missing };
+
+        Part part = Part::Other;
         QString label;
         quint64 sizeBytes = 0;
 

@@ -16,6 +16,7 @@ using Reason = DRMGSequenceStepNewBackupNeeded::Reason;
 struct ReasonPage {
     Reason reason;
     DRMGErrorEvent event;
+    const char16_t* imageName;
     const char16_t* prefix;     ///< of the identifiers of its texts
     const char16_t* firstText;  ///< identifiers without the prefix from here on
     const char16_t* mainFormat; ///< kept: three line breaks before the last part for a missing backup, two for others
@@ -23,12 +24,14 @@ struct ReasonPage {
 };
 
 constexpr std::array kReasonPages{
-    ReasonPage{Reason::NoBackup, DRMGErrorEvent::NoBackup, u"IDD_STEPWIZ_ITUNESBACKUP_MISSING_IDC_", u"STATIC",
-               u"%@<br /><br />%@<br />%@<br />%@<br />%@<br /><br /><br />%@", u"TEXT1 TEXT2 TEXT4 TEXT6 TEXT8 TEXT9"},
-    ReasonPage{Reason::Encrypted, DRMGErrorEvent::EncryptedBackup, u"IDD_STEPWIZ_ITUNESBACKUP_ENCRYPTED_IDC_", u"TEXT0",
+    ReasonPage{Reason::NoBackup, DRMGErrorEvent::NoBackup, u"tarvex_alert", u"IDD_STEPWIZ_ITUNESBACKUP_MISSING_IDC_",
+               u"STATIC", u"%@<br /><br />%@<br />%@<br />%@<br />%@<br /><br /><br />%@",
+               u"TEXT1 TEXT2 TEXT4 TEXT6 TEXT8 TEXT9"},
+    ReasonPage{Reason::Encrypted, DRMGErrorEvent::EncryptedBackup, u"migrate_iphone_list_encrypted",
+               u"IDD_STEPWIZ_ITUNESBACKUP_ENCRYPTED_IDC_", u"TEXT0",
                u"%@<br /><br />%@<br />%@<br />%@<br />%@<br /><br />%@", u"TEXT1 TEXT2 TEXT4 TEXT6 TEXT8 TEXT9"},
-    ReasonPage{Reason::SystemTooOld, DRMGErrorEvent::SystemTooOld, u"IDD_STEPWIZ_ITUNESBACKUP_INCOMPATIBLE_IDC_",
-               u"STATIC", u"%@<br /><br />%@", u"TEXT1 TEXT9"},
+    ReasonPage{Reason::SystemTooOld, DRMGErrorEvent::SystemTooOld, u"migrate_iphone_list_invalid",
+               u"IDD_STEPWIZ_ITUNESBACKUP_INCOMPATIBLE_IDC_", u"STATIC", u"%@<br /><br />%@", u"TEXT1 TEXT9"},
 };
 
 /// The identifiers of texts of the page, which are named without their prefix and separated by blanks.
@@ -96,6 +99,12 @@ QString DRMGSequenceStepNewBackupNeeded::noteHtml() const
 {
     const ReasonPage* const page = pageOf(m_backupNeededReason);
     return page == nullptr ? QString() : joined(u"%@<br />%@"_s, identifiersOf(*page, u"TEXT10 TEXT11"));
+}
+
+QString DRMGSequenceStepNewBackupNeeded::imageName() const
+{
+    const ReasonPage* const page = pageOf(m_backupNeededReason);
+    return page == nullptr ? QString() : QString::fromUtf16(page->imageName);
 }
 
 void DRMGSequenceStepNewBackupNeeded::setBackupNeededReason(Reason reason)

@@ -26,6 +26,9 @@ public:
     [[nodiscard]] QString reasonHtml() const;
     [[nodiscard]] QString noteHtml() const;
 
+    /// The picture of the reason.
+    [[nodiscard]] QString imageName() const;
+
     /// Set by the routing before the page is shown.
     [[nodiscard]] Reason backupNeededReason() const { return m_backupNeededReason; }
     void setBackupNeededReason(Reason reason);

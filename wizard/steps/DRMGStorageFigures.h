@@ -15,6 +15,9 @@ struct DRMGStorageFigures {
 
     [[nodiscard]] quint64 selected() const { return music + images + videos; }
 
+    /// What the ticked media take beyond the capacity; 0 when they fit.
+    [[nodiscard]] quint64 missing() const { return free == 0 ? other + selected() - total : 0; }
+
     /// Whether nothing is left for the ticked media. Without any ticked media a full phone is no obstacle.
     [[nodiscard]] bool isOverfull() const { return free == 0 && selected() != 0; }
 };

@@ -6,12 +6,14 @@ class DRLocalizedStrings;
 
 /// What became of one kind of content, for the closing page. Plain texts.
 struct DRMGSummaryRow {
-    QString name;        ///< of the kind, such as "Contacts and calls"
-    QString outcome;     ///< such as "Moved: 118 of 120", or why it was not moved
-    QStringList counts;  ///< of what belongs to it, such as "Calls: 150 of 150"
-    QStringList losses;  ///< each thing that was not moved, with its reason
-    QStringList notes;   ///< what the phone's formats cannot hold
-    bool isLoss = false; ///< whether anything of it was lost
+    QString imageName;     ///< of the kind's picture; empty for a kind without
+    QString name;          ///< of the kind, such as "Contacts and calls"
+    QString outcome;       ///< such as "Moved: 118 of 120", or why it was not moved
+    QStringList counts;    ///< of what belongs to it, such as "Calls: 150 of 150"
+    QStringList losses;    ///< what was not moved, with the reasons; of many things for one reason only the first ones
+    QStringList allLosses; ///< each of them, where `losses` leaves some out
+    QStringList notes;     ///< what the phone's formats cannot hold
+    bool isLoss = false;   ///< whether anything of it was lost
 
     bool operator==(const DRMGSummaryRow&) const = default;
 

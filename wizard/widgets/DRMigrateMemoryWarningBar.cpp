@@ -46,7 +46,6 @@ QRectF mirrored(const QRectF& rect, const QRectF& bounds)
 DRMigrateMemoryWarningBar::DRMigrateMemoryWarningBar(const DRLocalizedStrings& strings, QWidget* parent)
     : QWidget(parent),
       m_partsDrawOrder(DRMigrateMemoryWarningPart::drawOrder()),
-      m_overflowColor(0xe2, 0x70, 0x6e),
       m_overflowHiliteColor(0xef, 0xb5, 0xb4),
       m_overflowShadowColor(0xc7, 0x42, 0x40),
       m_freeText(strings.text(u"wizard_storage_free"_s))

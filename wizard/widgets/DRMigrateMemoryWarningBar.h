@@ -34,6 +34,9 @@ public:
     [[nodiscard]] quint64 total() const { return m_total; }
     [[nodiscard]] quint64 free() const { return m_free; }
 
+    /// What the bar looks like while the choice does not fit.
+    [[nodiscard]] static QColor overflowColor() { return QColor(0xe2, 0x70, 0x6e); }
+
     /// The tooltip at this place of the widget as it was last drawn; empty where no part is.
     [[nodiscard]] QString tooltipAt(const QPointF& position) const;
 
@@ -53,7 +56,7 @@ private:
     QStringList m_partsDrawOrder;
     quint64 m_total = 0;
     quint64 m_free = 0;
-    QColor m_overflowColor;
+    QColor m_overflowColor = overflowColor();
     QColor m_overflowHiliteColor;
     QColor m_overflowShadowColor;
     QString m_freeText;

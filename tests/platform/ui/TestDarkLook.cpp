@@ -113,9 +113,11 @@ private Q_SLOTS:
         const int middle = focused.height() / 2;
         const QColor window(DRDarkPalette::kWindow);
         QVERIFY(contrastOf(focused.pixelColor(10, middle), palette.color(QPalette::ButtonText)) >= 4.5);
-        QVERIFY2(contrastOf(focused.pixelColor(0, middle), window) >= 3, "a ring around the button that has the focus");
+        const QColor ring = focused.pixelColor(1, middle);
+        QVERIFY2(contrastOf(ring, window) >= 3, "a ring around the button that has the focus");
         other->setFocus();
-        QCOMPARE(button->grab().toImage().pixelColor(0, middle), window);
+        const QColor face = button->grab().toImage().pixelColor(1, middle);
+        QVERIFY2(contrastOf(ring, face) >= 2, "which is seen to come and go");
     }
 
     void tickBoxesShowTheirState()
