@@ -25,7 +25,7 @@ namespace {
 
 constexpr double kHeadingShare = 1.6; ///< of the size of ordinary text
 // In average characters and lines of the font.
-constexpr int kUsualCharacters = 128;
+constexpr int kUsualCharacters = 136;
 constexpr int kUsualLines = 43;
 
 QString sizeKey()

@@ -59,9 +59,9 @@ protected:
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
+        painter.setPen(QColor::fromRgb(DRDarkPalette::kLine));
         painter.setBrush(m_color);
-        painter.drawRoundedRect(rect(), kCornerRadius, kCornerRadius);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(.5, .5, -.5, -.5), kCornerRadius, kCornerRadius);
     }
 
 private:

@@ -47,8 +47,8 @@ QWidget* DRMGWelcomePage::makePanel(DRHtmlTextView* html, QPushButton* button, D
     column->addWidget(html);
     choice->setForegroundRole(QPalette::PlaceholderText);
     auto* const row = new QHBoxLayout;
-    row->setContentsMargins(kHangingIndent, 0, 0, 0);
     row->setSpacing(smallGap() * 2);
+    row->addSpacing(kHangingIndent); // a margin would not change sides in right-to-left languages
     if (button != nullptr) {
         row->addWidget(button);
     }

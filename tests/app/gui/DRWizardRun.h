@@ -38,9 +38,14 @@ public:
     [[nodiscard]] QString path(const QString& name) const { return m_folder.filePath(name); }
 
     /// A further backup that has nothing but a description.
-    void addBackup(const QString& deviceName, const QString& version) const
+    void addBackup(const QString& deviceName, const QString& version, bool isEncrypted = false) const
     {
         const QString folder = QDir(options.backupsFolder).filePath(deviceName);
+        if (isEncrypted) {
+            write(folder + QStringLiteral("/Manifest.plist"),
+                  "<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
+                  "<key>IsEncrypted</key><true/></dict></plist>");
+        }
         const QString description =
             QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?><plist version=\"1.0\"><dict>"
                            "<key>Device Name</key><string>%1</string><key>Product Version</key><string>%2</string>"
@@ -64,7 +69,7 @@ public:
     DRMigrateStartupOptions options;
 
 private:
-    QTemporaryDir m_folder;
+    QTemporaryDir m_folder{QDir::temp().filePath(QStringLiteral("try-XXXXXX"))};
 };
 
 /// The program's window over these places, shown and at its first page.

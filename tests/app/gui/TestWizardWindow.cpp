@@ -1,4 +1,5 @@
 #include "model/backup_entry/DRMigrateDataTypeKeys.h"
+#include "model/iphone_backup/DRMigrateBackupDiscovery.h"
 #include "platform/device/DRDCFilesystem.h"
 #include "platform/ui/DRDarkStyle.h"
 #include "tests/app/gui/DRWizardRun.h"
@@ -195,6 +196,48 @@ private Q_SLOTS:
         QVERIFY(showsText(*run.window, QDir::toNativeSeparators(usable)));
         run.click(kNext);
         QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
+    }
+
+    /// Lists leave encrypted backups out, so only a list from elsewhere leads here.
+    void encrypted()
+    {
+        const DRWizardPlaces places;
+        places.addBackup(u"Secret"_s, u"7.1"_s, true);
+        const DRWizardRun run(places);
+        auto list = DRMigrateUtils::iPhoneBackupEntriesAtPath(places.options.backupsFolder, run.startup.services());
+        std::erase_if(list, [](const auto& entry) { return !entry->isEncrypted(); });
+        QCOMPARE(list.size(), std::size_t{1});
+        run.migration->gotoNextIPhoneStepWithDevice(nullptr, list);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kNewBackupNeeded);
+        QVERIFY(run.takeScreenshot(u"new-backup-needed-encrypted"_s));
+        run.click(kNext);
+        QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
+    }
+
+    void otherLanguages_data()
+    {
+        const DRTestTable<QLocale, Qt::LayoutDirection> row("locale", "direction");
+        row("german", QLocale(QLocale::German), Qt::LeftToRight);
+        row("right-to-left", QLocale(QLocale::English), Qt::RightToLeft);
+    }
+
+    /// The boxes stand where lines begin, with the counts of the language.
+    void otherLanguages()
+    {
+        QFETCH(const QLocale, locale);
+        QFETCH(const Qt::LayoutDirection, direction);
+        const QLocale usual;
+        QLocale::setDefault(locale);
+        QGuiApplication::setLayoutDirection(direction);
+        const DRWizardPlaces places;
+        const DRWizardRun run(places);
+        goToSelectData(run);
+        QTRY_VERIFY_WITH_TIMEOUT(run.find(u"notes"_s)->text().endsWith(u": 200"_s), kLongest);
+        const bool isFirstColumnLeft = run.find(u"contacts"_s)->x() < run.find(u"music"_s)->x();
+        QCOMPARE(isFirstColumnLeft, direction == Qt::LeftToRight);
+        QVERIFY(run.takeScreenshot(u"select-data-"_s + QString::fromLatin1(QTest::currentDataTag())));
+        QGuiApplication::setLayoutDirection(Qt::LeftToRight);
+        QLocale::setDefault(usual);
     }
 
     void phoneTooOld()
