@@ -83,7 +83,7 @@ std::unique_ptr<DRMGSequence> DRMGSequence::sequence(const DRMGContext& context)
 
 DRMGSequence::DRMGSequence(const DRMGContext& context) : DRSequence(context.analytics), m_context(context)
 {
-    m_context.resources.registerBundle(u":/wizard/images"_s);
+    m_context.resources.registerBundle(u":/migrate/images"_s); // of programs that show the pages
     for (int group = DRMGStepGroups::kWelcome; group <= DRMGStepGroups::kFinish; ++group) {
         addStepGroupWithIdentifier(group, localizedStringForSequenceStepType(group));
     }
@@ -172,9 +172,21 @@ void DRMGSequence::gotoTransferThroughGate(const DRDCDevicePointer& device)
     const auto backup = parameters().value<DRMigrateIPhoneBackupEntryPointer>(kIPhoneBackupEntry);
     if (m_gate->isOpenFor(backup, device, parameters().value<QStringList>(kSelectedTypes))) {
         gotoStepForKey(DRMGStepKeys::kTransfer);
-    } else {
-        Q_EMIT repeatQuestionAsked();
+        return;
     }
+    Q_EMIT repeatQuestionAsked(); // also when there is none any more
+    if (m_gate->refusal() != DRMGTransferGate::Refusal::None) {
+        refuseTransfer();
+    }
+}
+
+void DRMGSequence::refuseTransfer()
+{
+    auto* const step = qobject_cast<DRMGSequenceStepSelectData*>(stepForKey(DRMGStepKeys::kSelectData));
+    if (currentStep() != step) {
+        gotoStepForKey(DRMGStepKeys::kSelectData);
+    }
+    step->refuse(m_gate->refusal());
 }
 
 void DRMGSequence::answerRepeatQuestion(DRMGRepeatQuestion::Answer answer)

@@ -97,6 +97,7 @@ private:
     [[nodiscard]] DRMGSequenceStepTransfer* transferStep() const;
     [[nodiscard]] QString phoneBackupPath() const;
     void gotoTransferThroughGate(const DRDCDevicePointer& device);
+    void refuseTransfer();
     bool gotoNewBackupNeeded(DRMGSequenceStepNewBackupNeeded::Reason reason);
 
     struct RegisteredStep {

@@ -1,6 +1,7 @@
 #include "wizard/DRMGTransferGate.h"
 
 #include "model/backup_entry/DRMigrateServices.h"
+#include "model/iphone_backup/DRIPhoneBackupFiles.h"
 #include "platform/core/DRClock.h"
 #include "platform/core/DRLocalizedStrings.h"
 #include "platform/core/DRLog.h"
@@ -41,6 +42,12 @@ bool DRMGTransferGate::isOpenFor(const DRMigrateIPhoneBackupEntryPointer& backup
     m_phone = phone;
     m_ledger = DRTransferLedger::ofFile(m_context.ledgerPath);
     makePlan(keys);
+    m_refusal = makeRefusal(keys);
+    if (m_refusal != Refusal::None) {
+        m_question.reset();
+        m_answer.reset();
+        return false;
+    }
 
     auto question = makeQuestion();
     const bool isAnswered = question == m_question && m_answer.has_value();
@@ -69,6 +76,20 @@ void DRMGTransferGate::answer(Answer answer)
 void DRMGTransferGate::makePlan(const QStringList& keys)
 {
     m_plan = DRTransferPlan::make({.keys = keys}, *m_backup, m_phone, m_context.services, *m_ledger);
+}
+
+bool DRMGTransferGate::hasNewerLayout(const DRMigrateIPhoneBackupEntry& backup)
+{
+    return DRIPhoneBackupFiles::layoutOfBackup(backup.backupPath()) == DRIPhoneBackupFiles::Layout::Database;
+}
+
+/// With nothing chosen there is nothing to refuse: the closing page says that.
+DRMGTransferGate::Refusal DRMGTransferGate::makeRefusal(const QStringList& keys) const
+{
+    if (hasNewerLayout(*m_backup)) {
+        return Refusal::NewerLayout;
+    }
+    return m_plan.kinds.empty() && !keys.isEmpty() ? Refusal::NothingMoves : Refusal::None;
 }
 
 std::optional<DRMGRepeatQuestion> DRMGTransferGate::makeQuestion() const

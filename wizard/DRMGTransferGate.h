@@ -9,8 +9,8 @@
 
 #include <optional>
 
-/// Stands before the transfer: asks before it doubles what the phone has, and remembers what went there. Does nothing
-/// of that when the context names no ledger.
+/// Stands before the transfer: refuses one that would move nothing, asks before it doubles what the phone has, and
+/// remembers what went there. Does nothing of that when the context names no ledger.
 class DRMGTransferGate final : public QObject {
     Q_OBJECT
 
@@ -18,12 +18,24 @@ public:
     /// The context outlives the gate.
     explicit DRMGTransferGate(const DRMGContext& context);
 
-    /// Whether the kinds may go to the phone now. If not, `question` waits for an answer, and the same call has to be
-    /// made again after it. An answer counts once, and only while the question is still the same.
+    /// Whether the kinds may go to the phone now. If not, either `refusal` tells why, or `question` waits for an answer,
+    /// and the same call has to be made again after it. An answer counts once, and only while the question is still the
+    /// same.
     [[nodiscard]] bool
     isOpenFor(const DRMigrateIPhoneBackupEntryPointer& backup, const DRDCDevicePointer& phone, const QStringList& keys);
 
     [[nodiscard]] const std::optional<DRMGRepeatQuestion>& question() const { return m_question; }
+
+    /// Why the transfer would be pointless.
+    enum class Refusal {
+        None,
+        NewerLayout, ///< the backup keeps its files in a way that cannot be read
+        NothingMoves,
+    };
+    [[nodiscard]] Refusal refusal() const { return m_refusal; }
+
+    /// Whether nothing of the backup can be read.
+    [[nodiscard]] static bool hasNewerLayout(const DRMigrateIPhoneBackupEntry& backup);
 
     /// Takes the answer to the question; "stop" makes an end of it.
     void answer(DRMGRepeatQuestion::Answer answer);
@@ -45,6 +57,7 @@ public:
 
 private:
     void makePlan(const QStringList& keys);
+    [[nodiscard]] Refusal makeRefusal(const QStringList& keys) const;
     [[nodiscard]] std::optional<DRMGRepeatQuestion> makeQuestion() const;
     [[nodiscard]] QString questionText() const;
 
@@ -53,6 +66,7 @@ private:
     DRDCDevicePointer m_phone;
     std::optional<DRTransferLedger> m_ledger;
     DRTransferPlan m_plan;
+    Refusal m_refusal = Refusal::None;
     std::optional<DRMGRepeatQuestion> m_question;
     std::optional<DRMGRepeatQuestion::Answer> m_answer;
     QStringList m_leftOut;

@@ -97,12 +97,11 @@ void DRMigrateWizardWindow::usePhone(const QString& folder)
 
 void DRMigrateWizardWindow::tellNoPhone(const QString& folder)
 {
-    auto* const box = new QMessageBox(QMessageBox::Warning, text(u"wizard_window_title"_s),
-                                      text(u"wizard_not_a_phone"_s).replace(u"%1"_s, QDir::toNativeSeparators(folder)),
-                                      QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->open();
+    DRQuestionBox{.icon = alertIcon(),
+                  .title = text(u"wizard_window_title"_s),
+                  .text = text(u"wizard_not_a_phone"_s).replace(u"%1"_s, QDir::toNativeSeparators(folder)),
+                  .buttons = {{text(u"wizard_ok"_s), [] {}}}}
+        .ask(*this);
 }
 
 void DRMigrateWizardWindow::chooseFolder(const QString& title,
@@ -130,6 +129,9 @@ bool DRMigrateWizardWindow::isTransferRunning() const
 
 bool DRMigrateWizardWindow::mayLeave()
 {
+    if (m_migration.currentStep() == m_transfer && m_transfer->progressPhase() == Phase::Done) {
+        m_transfer->gotoNext(); // it has ended, which is to be remembered, and only shows that for a moment
+    }
     if (!isTransferRunning() || m_isStopWanted) {
         return true;
     }

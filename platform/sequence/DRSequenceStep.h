@@ -21,7 +21,7 @@ public:
     /// Bits of `stateMask`.
     static constexpr int kStateCancelEnabled = 1;
     static constexpr int kStateNextEnabled = 2;
-    static constexpr int kStateUserGoesOn = 4; ///< Next is the user's to press; without it the page goes on by itself
+    static constexpr int kStateUserGoesOn = 4; ///< without it the page goes on by itself
     static constexpr int kStateClosing = 16;   ///< the closing page: Next becomes Done
 
     /// Masks of ordinary pages.

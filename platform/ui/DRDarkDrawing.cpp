@@ -141,7 +141,8 @@ void DRDarkDrawing::drawScrollBar(const QStyleOptionSlider& option, const QRect&
     }
     bar.moveCenter(QRectF(handle).center());
     painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(isHeld ? DRDarkPalette::kMutedText : DRDarkPalette::kDisabledText));
+    const QRgb plain = isHeld ? DRDarkPalette::kMutedText : DRDarkPalette::kDisabledText;
+    painter.setBrush(QColor(has(option, QStyle::State_HasFocus) ? DRDarkPalette::kLink : plain));
     painter.drawRoundedRect(bar, kScrollHandleWidth / 2, kScrollHandleWidth / 2);
 }
 

@@ -82,6 +82,14 @@ bool selectsRows(const QWidget* widget)
     return view != nullptr && view->selectionBehavior() == QAbstractItemView::SelectRows;
 }
 
+/// Whether this is the scroll bar of an area without a frame that could show the focus.
+bool scrollsWhatHasFocus(const QWidget* scrollBar)
+{
+    const QWidget* const box = scrollBar == nullptr ? nullptr : scrollBar->parentWidget();
+    const auto* const area = qobject_cast<const QAbstractScrollArea*>(box == nullptr ? nullptr : box->parentWidget());
+    return area != nullptr && area->frameShape() == QFrame::NoFrame && area->hasFocus();
+}
+
 } // namespace
 
 DRDarkStyle::DRDarkStyle() : QProxyStyle(u"Fusion"_s) {}
@@ -146,8 +154,10 @@ void DRDarkStyle::drawComplexControl(ComplexControl control,
         QProxyStyle::drawComplexControl(control, option, painter, widget);
         return;
     }
+    QStyleOptionSlider seen = *scrollBar;
+    seen.state.setFlag(State_HasFocus, scrollsWhatHasFocus(widget));
     const SmoothPainter smooth(*painter);
-    DRDarkDrawing::drawScrollBar(*scrollBar, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
+    DRDarkDrawing::drawScrollBar(seen, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
 }
 
 QRect DRDarkStyle::subControlRect(ComplexControl control,

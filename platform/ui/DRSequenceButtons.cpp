@@ -74,7 +74,7 @@ void DRSequenceButtons::refresh()
     const auto has = [mask](int bit) { return (mask & bit) != 0; };
 
     m_next->setText(m_text(m_sequence.resolvedLocalizationKey(u"dr_sequence_button_next"_s)));
-    m_next->setEnabled(has(DRSequenceStep::kStateNextEnabled) && has(DRSequenceStep::kStateUserGoesOn));
+    m_next->setEnabled(has(DRSequenceStep::kStateNextEnabled));
     m_next->setDefault(!m_sequence.nextKeyEquivalent().isEmpty());
 
     m_cancel->setText(m_text(m_sequence.resolvedLocalizationKey(u"dr_sequence_button_cancel"_s)));

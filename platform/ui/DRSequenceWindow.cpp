@@ -9,6 +9,7 @@
 #include "platform/ui/DRStepGroupList.h"
 
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -113,6 +114,7 @@ void DRSequenceWindow::showCurrentStep()
     if (step == nullptr) {
         return;
     }
+    setUpdatesEnabled(false); // until the buttons fit the page
     m_groups->markCurrentGroup();
     m_pageArea->showPage(pageOf(*step));
     contentChanged();
@@ -163,6 +165,8 @@ void DRSequenceWindow::updateHeadingFont()
 void DRSequenceWindow::refreshButtons()
 {
     m_buttons->refresh();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
+    setUpdatesEnabled(true);
     // Only now is it known whether Next may be pressed on the new page.
     if (std::exchange(m_awaitsFirstFocus, false)) {
         setFirstFocus();
@@ -210,7 +214,9 @@ void DRSequenceWindow::keyPressEvent(QKeyEvent* event)
         m_sequence.pressNext();
         return;
     }
-    QWidget::keyPressEvent(event);
+    if (!m_pageArea->scrollBy(event->key())) {
+        QWidget::keyPressEvent(event);
+    }
 }
 
 void DRSequenceWindow::pressCancel()

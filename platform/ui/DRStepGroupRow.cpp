@@ -1,6 +1,7 @@
 #include "platform/ui/DRStepGroupRow.h"
 
 #include "platform/ui/DRDarkPalette.h"
+#include "platform/ui/DRLeadingAlignment.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -23,6 +24,7 @@ DRStepGroupRow::DRStepGroupRow(int number, const QString& title, QWidget* parent
     : QWidget(parent), m_mark(new DRStepGroupMark(number, this)), m_title(new QLabel(title, this))
 {
     m_title->setTextFormat(Qt::PlainText);
+    m_title->setAlignment(leadingAlignment(*this));
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(fontMetrics().height() * 2 / 3);

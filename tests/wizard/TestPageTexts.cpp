@@ -62,6 +62,30 @@ Read complete(int errorState, QString (DRMGSequenceStepComplete::*accessor)() co
     };
 }
 
+/// The heading, and the name that the page goes by in usage events.
+Read heading(const QString& key)
+{
+    return [=](WizardFixture& f) {
+        const auto& page = step<DRMGSequenceStep>(f, key);
+        return page.localizedTitle() + u' ' + page.analyticsPageViewComponents().join(u'/');
+    };
+}
+
+void addHeadingRows(const Texts& row)
+{
+    using namespace DRMGStepKeys;
+    row("heading of welcome", heading(kWelcome), u"IDD_STUDIO_IDC_HEADER welcome"_s);
+    row("heading of select-backup", heading(kSelectBackup), u"IDD_STEPWIZ_SELECT_IPHONE_IDC_HEADER select-backup"_s);
+    row("heading of select-data", heading(kSelectData), u"IDD_STEPWIZ_REVIEWDATA_IDC_HEADER select-data"_s);
+    row("heading of transfer", heading(kTransfer), u"IDD_STEPWIZ_TRANSFER_IDC_HEADER transfer"_s);
+    row("heading of complete", heading(kComplete), u"IDD_STEPWIZ_FINISH_IDC_HEADER finished"_s);
+    row("heading of new-backup-needed", heading(kNewBackupNeeded), u" backup-needed"_s);
+    row("heading of connect-phone", heading(kConnectPhone), u"IDD_STEPWIZ_CONNECT_PHONE_IDC_HEADER connect-phone"_s);
+    row("heading of memory-warning", heading(kMemoryWarning), u"IDD_STEPWIZ_OUT_OF_MEMORY_IDC_HEADER "_s);
+    row("heading of phone-incompatible", heading(kPhoneIncompatible),
+        u"IDD_STEPWIZ_INCOMPATIBLE_PHONE_IDC_HEADER phone-incompatible"_s);
+}
+
 void addWelcomeRows(const Texts& row)
 {
     using namespace DRMGStepKeys;
@@ -152,6 +176,7 @@ private Q_SLOTS:
     void texts_data()
     {
         const Texts row("read", "html");
+        addHeadingRows(row);
         addWelcomeRows(row);
         addBackupRows(row);
         addSelectionRows(row);

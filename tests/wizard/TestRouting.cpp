@@ -222,6 +222,11 @@ private Q_SLOTS:
         f.timers.advance(std::chrono::seconds(1));
         QVERIFY2(f.currentKey() == u"memoryWarning"_s, "1 MiB of notes does not fit into 0 bytes");
         QVERIFY(f.analytics.takeEvents().contains(u"Migrate|Sequence error|Error: 1"_s));
+        f.sequence->pressCancel();
+        f.sequence->pressNext();
+        f.queue.runAll();
+        QCOMPARE(f.currentKey(), u"memoryWarning"_s);
+        QVERIFY2(f.analytics.takeEvents().contains(u"Migrate|Sequence error|Error: 1"_s), "on every visit");
         f.device->freeBytes = 1048576;
         f.sequence->pressNext();
         QCOMPARE(f.currentKey(), u"transfer"_s);

@@ -1,6 +1,7 @@
 #include "tests/support/DRTestTable.h"
 #include "tests/wizard/DRTextTables.h"
 #include "tests/wizard/TransferFixture.h"
+#include "wizard/steps/DRMGSequenceStepSelectData.h"
 #include "wizard/steps/DRMGSummaryRow.h"
 
 using namespace Qt::StringLiterals;
@@ -93,6 +94,48 @@ private Q_SLOTS:
             QCOMPARE(question->text, QString(text).replace(u"%1"_s, f.sequence->context().ledgerPath));
             QTEST(question->canLeaveOut, "canLeaveOut");
         }
+    }
+
+    void pointlessTransfersAreRefused_data()
+    {
+        const DRTestTable<QStringList, bool, QString> row("keys", "isNewer", "text"); // isNewer: the backup's layout
+        row("no app", {kCalendar}, false, u"nothing moves"_s);
+        row("newer layout", {kNotes}, true, u"newer"_s);
+    }
+
+    void pointlessTransfersAreRefused()
+    {
+        QFETCH(const QStringList, keys);
+        QFETCH(const bool, isNewer);
+        QFETCH(const QString, text);
+        GateFixture f;
+        if (isNewer) {
+            f.backup()->setBackupPath(f.folder.path());
+            QVERIFY(writeFile(f.folder.filePath(u"Manifest.db"_s), "SQLite"));
+        }
+        f.sequence->parameters().setValue(DRMGSequence::kSelectedTypes, keys);
+        f.sequence->gotoStepForKey(DRMGStepKeys::kConnectPhone);
+        QCOMPARE(f.currentKey(), u"selectData"_s);
+        QVERIFY(f.device->tasks.empty());
+        auto& page = *qobject_cast<DRMGSequenceStepSelectData*>(f.sequence->currentStep());
+        QCOMPARE(page.statusText(), text);
+        page.setTicked(kNotes, !keys.contains(kNotes));
+        QCOMPARE(page.statusText().isEmpty(), !isNewer);
+        f.sequence->pressNext();
+        f.queue.runAll();
+        QCOMPARE(f.currentKey(), isNewer ? u"selectData"_s : u"transfer"_s);
+    }
+
+    void phoneThatComesIsAskedAboutOnce()
+    {
+        GateFixture f;
+        f.remember({kNotes}, 2);
+        f.devices.setActiveDevice(nullptr);
+        f.route();
+        QCOMPARE(f.currentKey(), u"connectPhone"_s);
+        f.connectPhone();
+        f.timers.advance(std::chrono::seconds(5));
+        QCOMPARE(f.questions, 1);
     }
 
     void answersLeadOn_data()
@@ -212,6 +255,15 @@ private Q_SLOTS:
         QCOMPARE(f.step().progressPhase(), DRMGSequenceStepTransfer::Phase::BackUp);
         f.device->connected = false;
         QVERIFY(f.step().isWaitingForPhone());
+
+        GateFixture unannounced;
+        unannounced.device->connected = false;
+        unannounced.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
+        unannounced.timers.advance(std::chrono::seconds(1));
+        QVERIFY(unannounced.step().isWaitingForPhone());
+        unannounced.device->connected = true;
+        unannounced.timers.advance(std::chrono::seconds(1));
+        QCOMPARE(unannounced.step().progressPhase(), DRMGSequenceStepTransfer::Phase::BackUp);
     }
 
     void summaryRows()

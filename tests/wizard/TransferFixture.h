@@ -16,7 +16,9 @@ inline const QStringList kEverything{DRMigrateKeys::kContacts,  DRMigrateKeys::k
 struct TransferFixture : WizardFixture {
     TransferFixture()
         : WizardFixture(QStringLiteral("{\"IDD_STEPWIZ_TRANSFER_IDC_TIME_REMAINING\":\"about %s left\","
-                                       "\"wizard_summary_phone_gone\":\"gone\"}"))
+                                       "\"wizard_summary_phone_gone\":\"gone\","
+                                       "\"wizard_layout_unreadable\":\"newer\","
+                                       "\"wizard_nothing_moves\":\"nothing moves\"}"))
     {
         using namespace DRMigrateKeys;
         device->packets = {kContactsImportPacket, kTelephonyPacket, kNotesPacket, kPhonebookPacket};

@@ -83,7 +83,7 @@ void DRMGCompletePage::renderSummary()
     auto* const table = new QGridLayout(summary);
     table->setContentsMargins(0, 0, 0, 0);
     table->setHorizontalSpacing(smallGap() * 2);
-    table->setVerticalSpacing(smallGap() / 2);
+    table->setVerticalSpacing(smallGap() / 4);
     table->setColumnStretch(Counts, 1);
     for (const DRMGSummaryRow& row : m_shownRows) {
         addRow(*table, row);
@@ -96,11 +96,12 @@ void DRMGCompletePage::renderSummary()
 
 void DRMGCompletePage::addRow(QGridLayout& table, const DRMGSummaryRow& row)
 {
-    int at = table.rowCount();
+    int at = table.count() == 0 ? 0 : table.rowCount(); // an empty grid has a row
     if (row.isLoss || !row.imageName.isEmpty()) {
         DRIconLabel* const mark = makePicture(kMarkSize);
         mark->setIconName(row.isLoss ? u"migrate_mark_unreadable"_s : row.imageName);
         table.addWidget(mark, at, Mark, Qt::AlignTop);
+        table.setRowMinimumHeight(at, mark->sizeHint().height() + smallGap() / 2);
     }
     QLabel* const name = makeText(row.name, QPalette::WindowText);
     name->setWordWrap(false);

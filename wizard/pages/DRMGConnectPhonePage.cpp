@@ -31,13 +31,13 @@ DRMGConnectPhonePage::DRMGConnectPhonePage(DRMGSequenceStepConnectPhone& step, c
     column->setSpacing(largeGap());
     column->addWidget(m_body);
     column->addWidget(m_note);
-    column->addStretch(1);
-    column->addWidget(m_picture, 0, Qt::AlignCenter);
-    column->addWidget(m_spinner, 0, Qt::AlignCenter);
-    column->addStretch(1);
     if (auto* const button = makeButton(u"wizard_choose_phone"_s, tools.choosePhone)) {
         column->addWidget(button, 0, Qt::AlignLeading);
     }
+    column->addStretch(1);
+    column->addWidget(m_picture, 0, Qt::AlignCenter);
+    column->addWidget(m_spinner, 0, Qt::AlignCenter);
+    column->addStretch(2);
 }
 
 void DRMGConnectPhonePage::render()

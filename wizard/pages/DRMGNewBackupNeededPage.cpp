@@ -43,5 +43,6 @@ void DRMGNewBackupNeededPage::render()
     m_image->setIconName(m_step.imageName());
     showHtml(*m_reason, m_step.reasonHtml());
     showHtml(*m_note, m_step.noteHtml());
-    m_backupsFolder->setWholeText(withoutControlCharacters(QDir::toNativeSeparators(tools().context.backupsFolder)));
+    const QString folder = withoutControlCharacters(QDir::toNativeSeparators(tools().context.backupsFolder));
+    m_backupsFolder->setWholeText(text(u"wizard_looked_in"_s).replace(u"%1"_s, folder));
 }

@@ -41,12 +41,12 @@ int DRMGPage::largeGap() const
     return fontMetrics().height() * 5 / 4;
 }
 
-DRHtmlTextView* DRMGPage::makeHtmlView()
+DRHtmlTextView* DRMGPage::makeHtmlView(Tooltips tooltips)
 {
     auto* const view = new DRHtmlTextView(this);
     view->setBlockSelection(true);
     view->removePadding();
-    view->setCustomTooltips(true);
+    view->setCustomTooltips(tooltips == Tooltips::OfLinks);
     connect(view, &DRHtmlTextView::clickedOnLink, this, [this](const QString& link) { m_step.linkClicked(link); });
     connect(view, &DRHtmlTextView::shouldDisplayCustomTooltip, this, &DRMGPage::showTooltip);
     connect(view, &DRHtmlTextView::shouldHideCustomTooltip, m_tooltip, &QWidget::hide);

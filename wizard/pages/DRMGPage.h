@@ -43,8 +43,11 @@ protected:
     [[nodiscard]] int smallGap() const;
     [[nodiscard]] int largeGap() const;
 
-    /// An HTML text of the step, whose links and tooltips are those of the step. Texts cannot be selected.
-    [[nodiscard]] DRHtmlTextView* makeHtmlView();
+    enum class Tooltips { None, OfLinks };
+
+    /// An HTML text of the step, whose links are those of the step, with its tooltips if they have any. Texts cannot be
+    /// selected.
+    [[nodiscard]] DRHtmlTextView* makeHtmlView(Tooltips tooltips = Tooltips::None);
 
     /// Gives the view the text, unless it shows that already: setting it anew would take away the focus and the tooltip
     /// of its links.

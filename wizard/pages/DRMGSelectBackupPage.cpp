@@ -30,7 +30,7 @@ DRMGSelectBackupPage::DRMGSelectBackupPage(DRMGSequenceStepSelectBackup& step, c
       m_step(step),
       m_body(makeHtmlView()),
       m_table(new QTableWidget(0, Columns, this)),
-      m_notShown(makeHtmlView())
+      m_notShown(makeHtmlView(Tooltips::OfLinks))
 {
     setUpTable();
     auto* const column = new QVBoxLayout(this);

@@ -25,7 +25,7 @@ DRMGSelectDataPage::DRMGSelectDataPage(DRMGSequenceStepSelectData& step, const D
       m_body(makeHtmlView()),
       m_iPhoneImage(makePicture(kPictureSize)),
       m_iPhoneName(makeLabel()),
-      m_iPhoneBackupInfo(makeHtmlView()),
+      m_iPhoneBackupInfo(makeHtmlView(Tooltips::OfLinks)),
       m_checkboxes(*this,
                    tools,
                    {.label = [&step](const QString& key) { return step.boxLabel(key); },

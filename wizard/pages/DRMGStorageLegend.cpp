@@ -14,6 +14,8 @@ using Part = DRMGStorageLegend::Row::Part;
 
 constexpr qreal kCornerRadius = 3; // in points
 
+constexpr quint64 kWidestBytes = 1000 * 1024 - 1; ///< keeps the column as wide as it is while figures change
+
 enum Column { Color, Name, Size, Rest };
 
 QColor colorOf(Part part)
@@ -74,6 +76,7 @@ DRMGStorageLegend::DRMGStorageLegend(QWidget* parent) : QWidget(parent), m_grid(
     m_grid->setContentsMargins(0, 0, 0, 0);
     m_grid->setHorizontalSpacing(line * 2 / 3);
     m_grid->setVerticalSpacing(line / 4);
+    m_grid->setColumnMinimumWidth(Size, fontMetrics().horizontalAdvance(sizeText(kWidestBytes, QLocale())));
     m_grid->setColumnStretch(Rest, 1);
 }
 

@@ -23,8 +23,8 @@ DRMGWelcomePage::DRMGWelcomePage(DRMGSequenceStepWelcome& step, const DRMGPageTo
     : DRMGPage(step, tools),
       m_step(step),
       m_body(makeHtmlView()),
-      m_firstStep(makeHtmlView()),
-      m_secondStep(makeHtmlView()),
+      m_firstStep(makeHtmlView(Tooltips::OfLinks)),
+      m_secondStep(makeHtmlView(Tooltips::OfLinks)),
       m_backupsFolder(new DRElidedLabel(this)),
       m_phone(new DRElidedLabel(this))
 {
@@ -42,7 +42,7 @@ QWidget* DRMGWelcomePage::makePanel(DRHtmlTextView* html, QPushButton* button, D
 {
     auto* const panel = new DRPanel(this);
     auto* const column = new QVBoxLayout(panel);
-    column->setContentsMargins(largeGap(), smallGap() * 3 / 2, largeGap(), smallGap() * 3 / 2);
+    column->setContentsMargins(largeGap(), smallGap() * 2, largeGap(), smallGap() * 2);
     column->setSpacing(smallGap() * 3 / 2);
     column->addWidget(html);
     choice->setForegroundRole(QPalette::PlaceholderText);

@@ -6,6 +6,7 @@
 #include "wizard/DRMGContext.h"
 #include "wizard/DRMGTooltip.h"
 
+#include <chrono>
 #include <optional>
 
 class DRMGSequence;
@@ -30,6 +31,9 @@ public:
     virtual bool linkClicked(const QString& link);
 
 protected:
+    /// How often a page that waits for the phone looks for it.
+    static constexpr std::chrono::milliseconds kLookForPhoneInterval{1000};
+
     struct Page {
         QString key;
         QString heading;                ///< identifier of the heading's text

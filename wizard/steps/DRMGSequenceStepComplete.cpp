@@ -141,6 +141,9 @@ void DRMGSequenceStepComplete::makeSummary()
     for (const QString& detail : summary.result.errorDetails) {
         m_remarks.append(withoutControlCharacters(detail));
     }
+    if (m_errorState == ErrorState::Success && std::ranges::any_of(m_summaryRows, &DRMGSummaryRow::isLoss)) {
+        m_remarks.append(text(u"wizard_summary_incomplete"_s));
+    }
     addLossesLeftOut();
     if (m_remarks.isEmpty() && summary.result.errorCode == DRMGSequenceStepTransfer::kErrorPhoneGone) {
         m_remarks.append(text(u"wizard_summary_phone_gone"_s));

@@ -43,8 +43,8 @@ public:
     [[nodiscard]] QString summaryTitle() const;
     [[nodiscard]] const std::vector<DRMGSummaryRow>& summaryRows() const { return m_summaryRows; }
 
-    /// What a person should know beside that: why it failed, each loss that the summary leaves out, or that the transfer
-    /// could not be remembered. Plain texts; may be many.
+    /// What a person should know beside that: why it failed, that something was lost, each loss that the summary leaves
+    /// out, or that the transfer could not be remembered. Plain texts; may be many.
     [[nodiscard]] const QStringList& remarks() const { return m_remarks; }
 
     /// "vorn" asks the program to open the support page; "backup" closes the wizard and asks for the phone's backups.

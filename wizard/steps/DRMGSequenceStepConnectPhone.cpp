@@ -9,8 +9,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::chrono::milliseconds kLookInterval{1000};
-
 } // namespace
 
 DRMGSequenceStepConnectPhone::DRMGSequenceStepConnectPhone(const DRMGContext& context)
@@ -31,7 +29,7 @@ void DRMGSequenceStepConnectPhone::stepDidAppearInDirection(DRSequenceDirection 
         return;
     }
     // A phone that was in use and comes back is not announced anew.
-    m_lookTimer = context().timers.repeatEvery(kLookInterval, [this] { goOnIfReady(); });
+    m_lookTimer = context().timers.repeatEvery(kLookForPhoneInterval, [this] { goOnIfReady(); });
     DRNotificationCenter& center = context().services.notificationCenter;
     m_registrations.push_back(center.observe(DRDCNotifications::kActiveDeviceWillFinishInit,
                                              [this](const DRNotification&) { deviceWillBecomeActive(); }));
@@ -93,6 +91,7 @@ void DRMGSequenceStepConnectPhone::deviceWillBecomeActive()
 
 void DRMGSequenceStepConnectPhone::deviceDidFinishEnumeration()
 {
+    m_lookTimer.reset(); // a question may keep the page, and must not be asked again and again
     setStateMask(kStateCancelEnabled | kStateNextEnabled);
     sequence()->next();
 }

@@ -33,7 +33,6 @@ void DRMGSequenceStepMemoryWarning::stepWillAppearInDirection(DRSequenceDirectio
 {
     DRMGSequenceStep::stepWillAppearInDirection(direction);
     setStateMask(kStateAllEnabled);
-    m_statusText.clear();
     updateEntry();
 }
 
@@ -52,9 +51,6 @@ void DRMGSequenceStepMemoryWarning::stepWillDisappear()
 bool DRMGSequenceStepMemoryWarning::sequenceShouldChangeToNextStep()
 {
     routeTowardsTransfer();
-    if (sequence()->currentStep() == this && !migration().gate().question()) {
-        explainWhyItStays();
-    }
     return false;
 }
 
@@ -71,7 +67,6 @@ void DRMGSequenceStepMemoryWarning::setTicked(const QString& key, bool ticked)
         return;
     }
     box->isTicked = ticked;
-    m_statusText.clear();
     if (const auto entry = iPhoneBackupEntry()) {
         updateMemoryWithEntry(*entry);
     }
@@ -124,7 +119,7 @@ void DRMGSequenceStepMemoryWarning::updateEntry()
     updateMemoryWithEntry(*entry);
 }
 
-void DRMGSequenceStepMemoryWarning::updateMemoryWithEntry(const DRMigrateBackupEntry& entry)
+void DRMGSequenceStepMemoryWarning::updateMemoryWithEntry(const DRMigrateIPhoneBackupEntry& entry)
 {
     for (DRMGSelectionBox& box : m_boxes) {
         box.sizeBytes = DRMGSelection::mediaBytes(entry, box.key);
@@ -135,6 +130,7 @@ void DRMGSequenceStepMemoryWarning::updateMemoryWithEntry(const DRMigrateBackupE
                                {.music = tickedBytes(m_boxes, DRMigrateKeys::kMusic),
                                 .images = tickedBytes(m_boxes, DRMigrateKeys::kImages),
                                 .videos = tickedBytes(m_boxes, DRMigrateKeys::kVideos)});
+    m_statusText = m_storage.isOverfull() ? QString() : whatIsMissing(entry);
     setStateMask(m_storage.isOverfull() ? kStateNextDisabled : kStateAllEnabled);
     Q_EMIT contentChanged();
 }
@@ -145,16 +141,17 @@ void DRMGSequenceStepMemoryWarning::saveSelections()
                                       DRMGSelection::adjustedSelection(selectedTypes(), m_boxes));
 }
 
-void DRMGSequenceStepMemoryWarning::explainWhyItStays()
+QString DRMGSequenceStepMemoryWarning::whatIsMissing(const DRMigrateIPhoneBackupEntry& entry) const
 {
-    const auto entry = iPhoneBackupEntry();
     const DRDCDevicePointer device = activeDevice();
-    if (!entry || !device) {
-        return;
+    const quint64 needed =
+        entry.bytesNeededForSelectedTypes(DRMGSelection::adjustedSelection(selectedTypes(), m_boxes));
+    const quint64 free = device ? device->preferredFilesystem().memoryFreeBytes() : 0;
+    if (!device || needed <= free) {
+        return {};
     }
     const QLocale locale;
-    m_statusText = text(u"wizard_too_little_space"_s)
-                       .replace(u"%1"_s, sizeText(entry->bytesNeededForSelectedTypes(selectedTypes()), locale))
-                       .replace(u"%2"_s, sizeText(device->preferredFilesystem().memoryFreeBytes(), locale));
-    Q_EMIT contentChanged();
+    return text(u"wizard_too_little_space"_s)
+        .replace(u"%1"_s, sizeText(needed, locale))
+        .replace(u"%2"_s, sizeText(free, locale));
 }

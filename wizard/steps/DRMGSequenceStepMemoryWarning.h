@@ -48,8 +48,8 @@ public:
     /// The phone's storage with the ticked media on it; all 0 without a phone.
     [[nodiscard]] const DRMGStorageFigures& storage() const { return m_storage; }
 
-    /// Why Next was pressed and the page is still there: how much is needed, of kinds that have no box here, too, and how
-    /// much is free. Empty otherwise. Plain text.
+    /// That it does not fit although the bar has room for the media: how much is needed, of kinds that have no box here,
+    /// too, and how much is free. Empty otherwise. Plain text.
     [[nodiscard]] const QString& statusText() const { return m_statusText; }
 
     /// Ticks or clears a box. Next is disabled while ticked media overflow the phone.
@@ -57,9 +57,9 @@ public:
 
 private:
     void updateEntry();
-    void updateMemoryWithEntry(const DRMigrateBackupEntry& entry);
+    void updateMemoryWithEntry(const DRMigrateIPhoneBackupEntry& entry);
     void saveSelections();
-    void explainWhyItStays();
+    [[nodiscard]] QString whatIsMissing(const DRMigrateIPhoneBackupEntry& entry) const;
 
     DRMGSelectionBoxes m_boxes;
     DRMGStorageFigures m_storage;

@@ -14,6 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+using Refusal = DRMGTransferGate::Refusal;
+
 constexpr std::chrono::hours kOldBackupAge{30 * 24};
 constexpr QSize kOldBackupSize{400, 260};
 const QString kOldBackupLink = u"oldbackup"_s;
@@ -35,6 +37,7 @@ void DRMGSequenceStepSelectData::stepWillAppearInDirection(DRSequenceDirection d
     if (!entry) {
         return;
     }
+    m_refusal = DRMGTransferGate::hasNewerLayout(*entry) ? Refusal::NewerLayout : Refusal::None;
     m_observation.start(entry, *this);
     updateWithEntry(*entry);
     entry->addAllDataTypes();
@@ -83,6 +86,7 @@ void DRMGSequenceStepSelectData::setTicked(const QString& key, bool ticked)
         return;
     }
     box->isTicked = ticked;
+    m_refusal = m_refusal == Refusal::NothingMoves ? Refusal::None : m_refusal;
     saveSelections();
     m_isWaitingForContent = m_isWaitingForContent && !selectedTypes().isEmpty();
     updateStateMask();
@@ -91,7 +95,24 @@ void DRMGSequenceStepSelectData::setTicked(const QString& key, bool ticked)
 
 QString DRMGSequenceStepSelectData::statusText() const
 {
-    return m_isWaitingForContent ? text(u"wizard_waiting_for_content"_s) : QString();
+    if (m_isWaitingForContent) {
+        return text(u"wizard_waiting_for_content"_s);
+    }
+    switch (m_refusal) {
+    case Refusal::None:
+        return {};
+    case Refusal::NewerLayout:
+        return text(u"wizard_layout_unreadable"_s);
+    case Refusal::NothingMoves:
+        return text(u"wizard_nothing_moves"_s);
+    }
+    return {};
+}
+
+void DRMGSequenceStepSelectData::refuse(Refusal why)
+{
+    m_refusal = why;
+    Q_EMIT contentChanged();
 }
 
 QString DRMGSequenceStepSelectData::bodyHtml() const

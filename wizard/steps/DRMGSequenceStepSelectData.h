@@ -1,14 +1,15 @@
 #pragma once
 
 #include "model/backup_entry/DRMigrateBackupEntryDelegate.h"
+#include "wizard/DRMGTransferGate.h"
 #include "wizard/steps/DRMGEntryObservation.h"
 #include "wizard/steps/DRMGSelectionBox.h"
 #include "wizard/steps/DRMGSequenceStep.h"
 
 /// The page that offers the kinds of content, with counts that fill in as the iPhone backup's data types finish
 /// loading. Next routes towards the transfer, but waits for what is still loading: sizes and lists of files would be
-/// incomplete. With nothing ticked it says so and stays. Cancel, labelled Back, routes backward. The selection is kept whenever a box changes and when the page
-/// is left.
+/// incomplete. Cancel, labelled Back, routes backward. The selection is kept whenever a box changes and when the page is
+/// left.
 class DRMGSequenceStepSelectData final : public DRMGSequenceStep, private DRMigrateBackupEntryDelegate {
     Q_OBJECT
 
@@ -33,8 +34,12 @@ public:
     /// Whether Next was pressed and the page goes on by itself as soon as everything is loaded. Next is disabled then.
     [[nodiscard]] bool isWaitingForContent() const { return m_isWaitingForContent; }
 
-    /// Why Next was pressed and the page is still there; empty otherwise. Plain text.
+    /// Why Next was pressed and the page is still there, or that nothing of this backup can be read; empty otherwise.
+    /// Plain text.
     [[nodiscard]] QString statusText() const;
+
+    /// Says why the transfer does not begin, until something is changed.
+    void refuse(DRMGTransferGate::Refusal why);
 
     [[nodiscard]] QString bodyHtml() const;
 
@@ -59,6 +64,7 @@ private:
     void saveSelections();
 
     DRMGSelectionBoxes m_boxes;
+    DRMGTransferGate::Refusal m_refusal = DRMGTransferGate::Refusal::None;
     bool m_isWaitingForContent = false;
     DRMGEntryObservation m_observation;
 };

@@ -97,6 +97,9 @@ QString DRMGSequenceStepTransfer::phaseText() const
     if (isWaitingForPhone()) {
         return text(u"wizard_phase_waiting"_s);
     }
+    if (m_progressPhase == Phase::NotStarted && m_startTimer) {
+        return text(u"wizard_phase_earlier_run"_s);
+    }
     const auto* const found =
         std::ranges::find(kPhaseTexts, m_progressPhase, &std::pair<Phase, const char16_t*>::first);
     return found == kPhaseTexts.end() ? QString() : text(QString::fromUtf16(found->second));

@@ -102,6 +102,9 @@ public:
     /// "hh:mm" from one hour on, else "mm:ss"; seconds are truncated.
     [[nodiscard]] static QString timeText(double secondsRemaining);
 
+    /// Shows that the run has gone well, as it does a second after its end by itself.
+    void gotoNext();
+
 Q_SIGNALS:
     void progressPhaseChanged();
 
@@ -122,6 +125,7 @@ private:
 
     // Fetching the phone's packets.
     void begin();
+    void waitForPhone();
     void backupPackets();
     [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> makeAndroidEntry(const DRDCDevicePointer& device) const;
     [[nodiscard]] QStringList movableTypes() const;
@@ -160,7 +164,6 @@ private:
 
     // The endings.
     void allDone();
-    void gotoNext();
     void gotoBackupErrorWithErrorCode(int code);
     void gotoRestoreErrorWithErrorCode(int code);
     void finish(ErrorState errorState);

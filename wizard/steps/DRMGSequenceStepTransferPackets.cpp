@@ -64,6 +64,16 @@ void DRMGSequenceStepTransfer::begin()
     }
     m_formerEntry.reset();
     backupPackets();
+    if (m_progressPhase == Phase::NotStarted) {
+        waitForPhone();
+    }
+}
+
+/// A phone that was in use and comes back is not announced anew.
+void DRMGSequenceStepTransfer::waitForPhone()
+{
+    m_startTimer = context().timers.runAfter(kLookForPhoneInterval,
+                                             [this] { activeDevice() ? routeTowardsTransfer() : waitForPhone(); });
 }
 
 void DRMGSequenceStepTransfer::discardWorkingFiles()
@@ -201,6 +211,9 @@ void DRMGSequenceStepTransfer::fetchPackets(const DRDCDevicePointer& device, con
     const QString name = u"Tarvex Transfer %1"_s.arg(mediumDateText(services.clock.now()));
     sequence()->parameters().setValue(DRMGSequence::kBackupName, name);
 
+    const DRDCDeviceTaskPointer task = device->requestTask();
+    task->setTaskID(u"kDBRCDeviceTaskID_BackupMigrate"_s);
+
     const QDateTime date = services.clock.now();
     const QString folder = services.backupRestoreController.pathToBackupFolderWithDevice(*device, date);
     const auto info = std::make_shared<DRBRBackupInfo>();
@@ -212,8 +225,6 @@ void DRMGSequenceStepTransfer::fetchPackets(const DRDCDevicePointer& device, con
     info->addPacketsToBackup(packetIDs);
     sequence()->parameters().setValue(DRMGSequence::kBackupInfo, info);
 
-    const DRDCDeviceTaskPointer task = device->requestTask();
-    task->setTaskID(u"kDBRCDeviceTaskID_BackupMigrate"_s);
     task->backupPacketsWithDevice(device, *info, services.backupRestoreController.dataTypesDefaultSortOrder(),
                                   inThisRun<DRDCTaskResult>([this, folder](const DRDCTaskResult& result) {
                                       backupPacketsDone(&result, folder);

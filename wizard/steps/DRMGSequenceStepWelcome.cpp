@@ -1,5 +1,8 @@
 #include "wizard/steps/DRMGSequenceStepWelcome.h"
 
+#include "model/backup_entry/DRMigrateServices.h"
+#include "platform/core/DRTaskQueue.h"
+#include "platform/media_library/DRMediaAccessController.h"
 #include "wizard/DRMGAnalytics.h"
 #include "wizard/DRMGHtml.h"
 #include "wizard/DRMGSequence.h"
@@ -55,6 +58,14 @@ DRMGSequenceStepWelcome::DRMGSequenceStepWelcome(const DRMGContext& context)
           context,
           {.key = DRMGStepKeys::kWelcome, .heading = u"IDD_STUDIO_IDC_HEADER"_s, .pageViewComponents = {u"welcome"_s}})
 {
+}
+
+void DRMGSequenceStepWelcome::stepWillAppearInDirection(DRSequenceDirection direction)
+{
+    DRMGSequenceStep::stepWillAppearInDirection(direction);
+    const DRMigrateServices& services = context().services;
+    services.taskQueue.runInBackground(
+        [&media = services.mediaAccessController] { static_cast<void>(media.iTunesLibrary()); });
 }
 
 void DRMGSequenceStepWelcome::stepDidAppearInDirection(DRSequenceDirection direction)

@@ -10,6 +10,9 @@ public:
     explicit DRMGSequenceStepWelcome(const DRMGContext& context);
 
     /// Sends the sequence-started event, on every visit.
+    /// Has the music library read in the background, so that it is there when the music is listed.
+    void stepWillAppearInDirection(DRSequenceDirection direction) override;
+
     void stepDidAppearInDirection(DRSequenceDirection direction) override;
 
     [[nodiscard]] bool sequenceShouldChangeToNextStep() override;

@@ -105,8 +105,8 @@ void DRMGSelectDataEntry::setShowSize(bool showSize)
 void DRMGSelectDataEntry::setContent(Content content, const QString& explanation)
 {
     m_content = content;
+    m_explanation = explanation;
     setToolTip(explanation);
-    setAccessibleDescription(explanation);
     m_spinner->setVisible(content == Content::Loading);
     updateWithState();
 }
@@ -139,11 +139,12 @@ void DRMGSelectDataEntry::nextCheckState()
     Q_EMIT selectDataEntrySelectionDidChange();
 }
 
-/// Keeps the state true when someone ticks the box as a plain button.
+/// Someone else toggles the box as a plain button, such as a screen reader.
 void DRMGSelectDataEntry::checkStateSet()
 {
     if (isChecked() != (m_state == kStateTicked)) {
-        m_state = isChecked() ? kStateTicked : kStateClear;
+        setState(isChecked() ? kStateTicked : kStateClear);
+        Q_EMIT selectDataEntrySelectionDidChange();
     }
 }
 
@@ -225,11 +226,14 @@ QIcon DRMGSelectDataEntry::markIcon() const
 
 void DRMGSelectDataEntry::updateWithState()
 {
-    const bool isCounted = m_content == Content::Ready || m_content == Content::Missing;
-    setText(selectDataText({.stringValue = m_stringValue,
-                            .dataCounter = isCounted ? std::optional(m_dataCounter) : std::nullopt,
-                            .sizeBytes = m_showSize ? std::optional(m_sizeBytes) : std::nullopt,
-                            .unknownCount = m_content == Content::Loading ? u"…"_s : u"–"_s}));
+    const bool isPartly = m_content == Content::Unreadable && m_dataCounter > 0;
+    const bool isCounted = m_content == Content::Ready || m_content == Content::Missing || isPartly;
+    const QString label = selectDataText({.stringValue = m_stringValue,
+                                          .dataCounter = isCounted ? std::optional(m_dataCounter) : std::nullopt,
+                                          .sizeBytes = m_showSize ? std::optional(m_sizeBytes) : std::nullopt,
+                                          .unknownCount = m_content == Content::Loading ? u"…"_s : u"–"_s});
+    const bool isExplained = m_content != Content::Ready && m_content != Content::Loading && !m_explanation.isEmpty();
+    setText(isExplained ? label + u'\n' + m_explanation : label);
     placeSpinner();
     updateGeometry();
     update();

@@ -53,8 +53,8 @@ public:
 
     [[nodiscard]] Content content() const { return m_content; }
 
-    /// `explanation` is for people, such as "Could not be read": the mark's tooltip, and what screen readers say after
-    /// the label; empty for none.
+    /// `explanation` is for people, such as "Could not be read", and stands below the label; empty for none. What is
+    /// unreadable may have a count all the same, of the part that could be read.
     void setContent(Content content, const QString& explanation = QString());
 
     /// The image that stands for the tick now: "checkbox-mixed" while pressed.
@@ -99,6 +99,7 @@ private:
     quint64 m_sizeBytes = 0;
     bool m_showSize = false;
     Content m_content = Content::Ready;
+    QString m_explanation;
     std::array<QIcon, 3> m_checkboxImages;
     QIcon m_unreadableMark;
     QIcon m_missingMark;

@@ -200,7 +200,8 @@ private Q_SLOTS:
         QVERIFY(actions != nullptr);
         actions->doAction(QAccessibleActionInterface::toggleAction());
         QVERIFY(seen->state().checked == 0);
-        QVERIFY(!run.migration->parameters().value<QStringList>(DRMGSequence::kSelectedTypes).contains(u"notes"_s));
+        const auto selected = run.migration->parameters().value<QStringList>(DRMGSequence::kSelectedTypes);
+        QVERIFY(selected.contains(u"contacts"_s) && !selected.contains(u"notes"_s));
     }
 
     void listOfBackups()
@@ -279,6 +280,12 @@ private Q_SLOTS:
         QVERIFY(actions != nullptr);
         actions->doAction(QAccessibleActionInterface::pressAction());
         QCOMPARE(pressed.size(), 1);
+
+        const DRWizardRun second(places);
+        goOn(second);
+        second.press(Qt::Key_Tab);
+        second.press(Qt::Key_Escape);
+        QVERIFY2(!second.window->isVisible(), "a link without explanation does not keep the key");
     }
 
 private:

@@ -4,6 +4,7 @@
 #include "platform/ui/DRDarkStyle.h"
 #include "tests/app/gui/DRWizardRun.h"
 #include "tests/support/DRTestTable.h"
+#include "wizard/DRMGKindTexts.h"
 #include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
 #include "wizard/steps/DRMGSequenceStepSelectData.h"
 
@@ -193,7 +194,7 @@ private Q_SLOTS:
         QVERIFY(dialog != nullptr);
         Q_EMIT dialog->fileSelected(usable);
         dialog->close();
-        QVERIFY(showsText(*run.window, QDir::toNativeSeparators(usable)));
+        QVERIFY(showsText(*run.window, u"Looked in: "_s + QDir::toNativeSeparators(usable)));
         run.click(kNext);
         QCOMPARE(run.pageKey(), DRMGStepKeys::kSelectData);
     }
@@ -233,6 +234,10 @@ private Q_SLOTS:
         const DRWizardRun run(places);
         goToSelectData(run);
         QTRY_VERIFY_WITH_TIMEOUT(run.find(u"notes"_s)->text().endsWith(u": 200"_s), kLongest);
+        for (const DRMGSelectionCategory& category : DRMGSelection::categories()) {
+            const QString name = DRMGKindTexts::name(run.migration->context().strings, category.key);
+            QVERIFY2(run.find(category.key)->text().startsWith(name), qPrintable(category.key));
+        }
         const bool isFirstColumnLeft = run.find(u"contacts"_s)->x() < run.find(u"music"_s)->x();
         QCOMPARE(isFirstColumnLeft, direction == Qt::LeftToRight);
         QVERIFY(run.takeScreenshot(u"select-data-"_s + QString::fromLatin1(QTest::currentDataTag())));
@@ -288,6 +293,7 @@ private Q_SLOTS:
         run.click(kNext);
         QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGStepKeys::kMemoryWarning, kLongest);
         QVERIFY(!run.find(kNext)->isEnabled());
+        QVERIFY(run.find(DRMigrateKeys::kImages)->text().contains(u" KiB"));
         QVERIFY(run.takeScreenshot(u"memory-warning-full"_s));
         run.click(DRMigrateKeys::kImages);
         QVERIFY(run.find(kNext)->isEnabled());

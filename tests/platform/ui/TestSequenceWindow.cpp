@@ -37,7 +37,7 @@ private Q_SLOTS:
     {
         const DRTestTable<int, QString, QString> row("mask", "next", "cancel");
         row("waiting", 1, u"disabled"_s, u"enabled"_s);
-        row("waited", 3, u"disabled"_s, u"enabled"_s);
+        row("waited", 3, u"enabled"_s, u"enabled"_s);
         row("nothing", 4, u"disabled"_s, u"disabled"_s);
         row("no next", 5, u"disabled"_s, u"enabled"_s);
         row("all", 7, u"enabled"_s, u"enabled"_s);

@@ -1,11 +1,15 @@
 #include "app/gui/DRArtwork.h"
+#include "platform/device/DRDCNotifications.h"
 #include "platform/ui/DRHtmlTextView.h"
+#include "platform/ui/DRIconLabel.h"
+#include "platform/ui/DRSpinner.h"
 #include "tests/support/DRTestTable.h"
 #include "tests/wizard/TransferFixture.h"
 #include "wizard/pages/DRMGPages.h"
 #include "wizard/steps/DRMGSequenceStepMemoryWarning.h"
 #include "wizard/widgets/DRMGSelectDataEntry.h"
 #include "wizard/widgets/DRMigrateTooltipWindowController.h"
+#include "wizard/widgets/DRMigrateTransmisionAnimation.h"
 
 #include <QAccessible>
 #include <QJsonDocument>
@@ -61,6 +65,7 @@ private Q_SLOTS:
         auto* const view = page->findChildren<DRHtmlTextView*>().at(1);
         Q_EMIT view->shouldDisplayCustomTooltip(u"1"_s, QPoint(50, 50));
         QVERIFY(tooltip->isVisible());
+        QCOMPARE(tooltip->x(), 70); // beside the pointer
         QVERIFY(tooltip->textView().toPlainText().contains(f.strings.text(u"IDD_MOREINFO"_s)));
         Q_EMIT view->shouldHideCustomTooltip(u"1"_s);
         QVERIFY(!tooltip->isVisible());
@@ -90,6 +95,24 @@ private Q_SLOTS:
         QVERIFY(!hasFigure(u"2.00 KiB"_s));
     }
 
+    void pictureUntilAPhoneIsThere()
+    {
+        WizardFixture f(englishTexts());
+        f.resources.registerBundle(DRArtwork::folder());
+        f.device->stateFlags = 0;
+        f.sequence->gotoStepForKey(DRMGStepKeys::kConnectPhone);
+        const std::unique_ptr<QWidget> page(
+            DRMGPages::pageFor(*f.sequence->currentStep(),
+                               {.context = f.sequence->context(), .chooseBackupsFolder = {}, .choosePhone = {}}));
+        page->show();
+        auto* const spinner = page->findChild<DRSpinner*>();
+        auto* const picture = page->findChild<DRIconLabel*>();
+        QVERIFY(picture->isVisible() && !spinner->isVisible());
+        f.connectPhone();
+        f.center.post({.name = DRDCNotifications::kActiveDeviceWillFinishInit, .object = {}, .userInfo = {}});
+        QVERIFY(!picture->isVisible() && spinner->isVisible());
+    }
+
     void transferIsFollowed()
     {
         TransferFixture f;
@@ -99,6 +122,7 @@ private Q_SLOTS:
         f.begin(kEverything);
         f.advanceTo(DRMGSequenceStepTransfer::Phase::Merge);
         f.timers.advance(std::chrono::milliseconds(100));
+        QVERIFY(page->findChild<DRMigrateTransmisionAnimation*>()->offset() > 0);
         auto* const bar = page->findChild<QProgressBar*>();
         QCOMPARE(bar->value(), static_cast<int>(std::lround(f.step().progressFraction() * bar->maximum())));
         QVERIFY(bar->value() > 0);

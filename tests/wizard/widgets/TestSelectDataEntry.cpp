@@ -94,15 +94,19 @@ private Q_SLOTS:
         QVERIFY(seen != nullptr);
         QCOMPARE(seen->role(), QAccessible::CheckBox);
         QVERIFY(seen->state().checked);
-        box.entry.setState(0);
+        seen->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
         QVERIFY(!seen->state().checked);
+        QCOMPARE(box.entry.state(), 0);
+        QCOMPARE(box.changes.count(), 1);
         const QImage plain = Box::pictureOf(box.entry, 1);
         box.entry.setContent(Content::Loading);
         QCOMPARE(seen->text(QAccessible::Name), u"Notes: …"_s);
         QCOMPARE(box.timers.runningCount(), std::size_t{1});
         box.entry.setContent(Content::Unreadable, u"Could not be read"_s);
-        QCOMPARE(seen->text(QAccessible::Name), u"Notes: –"_s);
-        QCOMPARE(seen->text(QAccessible::Description), u"Could not be read"_s);
+        QCOMPARE(seen->text(QAccessible::Name), u"Notes: 7\nCould not be read"_s); // part of it could
+        box.entry.setDataCounter(0);
+        QCOMPARE(seen->text(QAccessible::Name), u"Notes: –\nCould not be read"_s);
+        box.entry.setDataCounter(7);
         QCOMPARE(box.timers.runningCount(), std::size_t{0});
         box.entry.setContent(Content::Missing);
         QCOMPARE(seen->text(QAccessible::Name), u"Notes: 7"_s);
