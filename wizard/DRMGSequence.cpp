@@ -35,8 +35,6 @@ namespace {
 
 using Reason = DRMGSequenceStepNewBackupNeeded::Reason;
 
-constexpr quint32 kOldestAndroidBaseVersion = 2;
-
 template <typename Step> std::unique_ptr<DRSequenceStep> make(const DRMGContext& context)
 {
     return std::make_unique<Step>(context);
@@ -71,7 +69,7 @@ bool isReady(const DRDCDevicePointer& device)
 /// Known only of a phone that is ready.
 bool isIncompatible(const DRDCDevicePointer& device)
 {
-    return isReady(device) && device->androidBaseVersion() < kOldestAndroidBaseVersion;
+    return isReady(device) && device->androidBaseVersion() < DRMGSequence::kOldestAndroidBaseVersion;
 }
 
 } // namespace

@@ -29,6 +29,9 @@ public:
     static const QString kBackupName;           ///< QString: the name of the phone backup
     static const QString kBackupInfo;           ///< std::shared_ptr<DRBRBackupInfo>: its description
 
+    /// Of phones whose system can receive content in this way.
+    static constexpr quint32 kOldestAndroidBaseVersion = 2;
+
     /// Makes the sequence with all its steps; the caller owns it. What `context` refers to outlives it.
     [[nodiscard]] static std::unique_ptr<DRMGSequence> sequence(const DRMGContext& context);
 

@@ -11,11 +11,8 @@
 #include "app/cli/DRWorkingFolder.h"
 #include "app/DRInterrupt.h"
 #include "app/DRMigrateStartup.h"
-#include "model/packet/DRMigratePacketCodec.h"
 #include "platform/core/DRLog.h"
 #include "platform/device/DRBRBackupRestoreController.h"
-#include "wizard/DRDateText.h"
-#include "wizard/DRTransferLedger.h"
 
 using namespace Qt::StringLiterals;
 
@@ -37,7 +34,7 @@ DRCommandOutcome DRRestoreCommand::restore(DRInterrupt& interrupt)
     }
     auto& prepared = std::get<Prepared>(choice);
     DRRunReporter reporter(terminal(), line());
-    DRRestoreRun run(startup().services(), reporter, interrupt);
+    DRRestoreRun run(undoSetup(), reporter, interrupt);
     if (auto refusal = check(prepared, run); refusal.code != DRExitCode::Done) {
         return refusal;
     }
@@ -106,42 +103,26 @@ DRCommandOutcome DRRestoreCommand::consent(const Prepared& prepared, DRInterrupt
         terminal(), interrupt);
 }
 
-DRPhoneRestore::Request DRRestoreCommand::request(const Prepared& prepared) const
+DRPhoneUndo::Setup DRRestoreCommand::undoSetup()
 {
-    const auto ledger = DRTransferLedger::ofFile(startup().ledgerPath());
-    const QDateTime date = ledger.timeAfterLast(prepared.phone->identifier(), startup().clock().now());
-    return {.phone = prepared.phone,
-            .plan = prepared.plan,
-            .keptName = u"Before Restore %1"_s.arg(mediumDateText(date)),
-            .keptDate = date,
+    return {.services = startup().services(),
+            .ledgerPath = startup().ledgerPath(),
             .applicationVersion = QStringLiteral(MIGRATE_VERSION),
-            .checkFolder = DRMigrateUtils::pathToInflateFolder(startup().folders().temporary) + u"/verify"_s};
+            .filesAreLeft = [this] { DRWorkingFolder::warnOfLeftFiles(startup(), terminal()); }};
 }
 
 DRCommandOutcome DRRestoreCommand::putBack(const Prepared& prepared, DRRestoreRun& run, DRRunReporter& reporter)
 {
-    using PutBack = DRTransferLedger::PutBack;
-    DRWorkingFolder::clear(startup(), terminal());
-    const DRPhoneRestore::Request request = this->request(prepared);
-    bool isNoted = true;
-    const auto note = [&](PutBack what, const QStringList& packetIDs) {
-        auto ledger = DRTransferLedger::ofFile(startup().ledgerPath());
-        isNoted = ledger.notePutBack(what, prepared.plan.dataTypesWhollyIn(packetIDs), prepared.phone->identifier(),
-                                     prepared.plan.backup.date, request.keptDate) &&
-                  isNoted;
-    };
-    const auto result = run.run(request, [&] { note(PutBack::Begins, prepared.plan.packetIDs()); });
+    const auto result = run.run(prepared.phone, prepared.plan);
     if (!result) {
         return DRConsent::stopped();
     }
-    note(PutBack::IsDone, result->putBack);
-    if (!isNoted) {
+    if (!run.undo().isNoted()) {
         reporter.warned(
             u"This could not be noted in %1: what a transfer says of kinds that the phone got before may be "
             "wrong. Make sure that you may write there and that the disk is not full."_s.arg(startup().ledgerPath()));
     }
-    DRWorkingFolder::clear(startup(), terminal());
-    return showSummary(request, *result);
+    return showSummary(prepared.plan, *result, run.undo().keptName());
 }
 
 void DRRestoreCommand::showPlan(const DRPhoneRestorePlan& plan)
@@ -160,21 +141,22 @@ void DRRestoreCommand::showPlan(const DRPhoneRestorePlan& plan)
     terminal().data(u"Nothing was changed. To put this back, type the same without --dry-run.\n"_s);
 }
 
-DRCommandOutcome DRRestoreCommand::showSummary(const DRPhoneRestore::Request& request,
-                                               const DRPhoneRestoreResult& result)
+DRCommandOutcome DRRestoreCommand::showSummary(const DRPhoneRestorePlan& plan,
+                                               const DRPhoneRestoreResult& result,
+                                               const QString& keptName)
 {
     using Ending = DRPhoneRestoreResult::Ending;
     m_hasSummary = true;
-    DRCommandOutcome outcome = DRRestoreText::outcome(request.plan, result);
+    DRCommandOutcome outcome = DRRestoreText::outcome(plan, result);
     if (line().json) {
-        terminal().data(DRJsonOutput::line(DRRestoreText::json(request.plan, result, request.keptName, outcome)));
+        terminal().data(DRJsonOutput::line(DRRestoreText::json(plan, result, keptName, outcome)));
         return outcome;
     }
     const bool isWritten = result.ending == Ending::PutBack || result.ending == Ending::Failed;
     if (isWritten && (!terminal().isQuiet() || outcome.code != DRExitCode::Done)) {
         terminal().say(result.ending == Ending::PutBack ? u"The phone's apps are put back and verified."_s
                                                         : u"The restore has ended."_s);
-        terminal().data(DRRestoreText::text(request.plan, result, request.keptName));
+        terminal().data(DRRestoreText::text(plan, result, keptName));
     }
     return outcome;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/cli/DRCommand.h"
-#include "model/phone_backup/DRPhoneRestore.h"
+#include "wizard/DRPhoneUndo.h"
 
 class DRInterrupt;
 class DRRestoreRun;
@@ -28,9 +28,10 @@ private:
     [[nodiscard]] bool isWanted(const QString& packetID) const;
     [[nodiscard]] DRCommandOutcome consent(const Prepared& prepared, DRInterrupt& interrupt);
     [[nodiscard]] DRCommandOutcome putBack(const Prepared& prepared, DRRestoreRun& run, DRRunReporter& reporter);
-    [[nodiscard]] DRPhoneRestore::Request request(const Prepared& prepared) const;
+    [[nodiscard]] DRPhoneUndo::Setup undoSetup();
     void showPlan(const DRPhoneRestorePlan& plan);
-    DRCommandOutcome showSummary(const DRPhoneRestore::Request& request, const DRPhoneRestoreResult& result);
+    DRCommandOutcome
+    showSummary(const DRPhoneRestorePlan& plan, const DRPhoneRestoreResult& result, const QString& keptName);
 
     bool m_hasSummary = false;
 };

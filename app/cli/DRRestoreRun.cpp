@@ -2,8 +2,6 @@
 
 #include "app/cli/DRRestoreText.h"
 #include "app/DRInterrupt.h"
-#include "model/backup_entry/DRMigrateServices.h"
-#include "platform/core/DRTaskQueue.h"
 
 #include <array>
 #include <cstdlib>
@@ -32,35 +30,35 @@ const PhaseName& nameOf(Phase phase)
 
 } // namespace
 
-DRRestoreRun::DRRestoreRun(const DRMigrateServices& services, DRRunReporter& reporter, DRInterrupt& interrupt)
-    : m_services(services), m_reporter(reporter), m_interrupt(interrupt)
+DRRestoreRun::DRRestoreRun(DRPhoneUndo::Setup setup, DRRunReporter& reporter, DRInterrupt& interrupt)
+    : m_reporter(reporter), m_interrupt(interrupt), m_undo(std::move(setup), *this)
 {
 }
 
 std::optional<DRPhoneRestorePlan> DRRestoreRun::check(const DRPhoneRestorePlan& plan)
 {
     m_reporter.phaseChanged(u"Checking the phone backup"_s, {{u"name"_s, u"check"_s}});
-    // Both outlive an interrupted check, which goes on in the background until the program ends.
-    const auto checked = std::make_shared<DRPhoneRestorePlan>(plan);
-    const auto loop = std::make_shared<QEventLoop>();
-    m_interrupt.setHandler([loop] { loop->quit(); });
-    m_services.taskQueue.runInBackground([checked, loop, &queue = m_services.taskQueue] {
-        checked->check();
-        queue.runOnMainThread([loop] { loop->quit(); });
+    std::optional<DRPhoneRestorePlan> checked;
+    m_interrupt.setHandler([this] {
+        m_undo.cancel();
+        m_loop.quit();
     });
-    loop->exec();
+    m_undo.check(plan, [this, &checked](const DRPhoneRestorePlan& result) {
+        checked = result;
+        m_loop.quit();
+    });
+    m_loop.exec();
     m_interrupt.setHandler({});
-    return m_interrupt.hasCome() ? std::nullopt : std::optional(*checked);
+    return m_interrupt.hasCome() ? std::nullopt : checked;
 }
 
-std::optional<DRPhoneRestoreResult> DRRestoreRun::run(DRPhoneRestore::Request request, std::function<void()> willWrite)
+std::optional<DRPhoneRestoreResult> DRRestoreRun::run(const DRDCDevicePointer& phone, const DRPhoneRestorePlan& plan)
 {
     if (m_interrupt.hasCome()) {
         return std::nullopt;
     }
-    m_willWrite = std::move(willWrite);
     m_sinceStart.start();
-    m_restore = DRPhoneRestore::start(std::move(request), m_services, *this);
+    m_undo.start(phone, plan);
     m_interrupt.setHandler([this] { onInterrupt(); });
     m_loop.exec();
     m_interrupt.setHandler({});
@@ -70,9 +68,6 @@ std::optional<DRPhoneRestoreResult> DRRestoreRun::run(DRPhoneRestore::Request re
 void DRRestoreRun::phaseChanged(Phase phase)
 {
     m_phase = phase;
-    if (phase == Phase::Restore) {
-        m_willWrite();
-    }
     m_reporter.phaseChanged(nameOf(phase).title, {{u"name"_s, nameOf(phase).name}});
 }
 
@@ -91,7 +86,7 @@ void DRRestoreRun::ended(const DRPhoneRestoreResult& result)
 void DRRestoreRun::onInterrupt()
 {
     if (m_phase == Phase::BackUp) {
-        m_restore->cancel();
+        m_undo.cancel();
         m_loop.quit();
         return;
     }
@@ -99,7 +94,7 @@ void DRRestoreRun::onInterrupt()
         m_reporter.interruptedWhileWriting();
         return;
     }
-    const DRCommandOutcome outcome = DRRunReporter::abandoned(m_restore->keptPath());
+    const DRCommandOutcome outcome = DRRunReporter::abandoned(m_undo.keptPath());
     m_reporter.writeLine(DRRestoreText::jsonOfRefusal(outcome));
     m_reporter.tell(outcome);
     std::_Exit(static_cast<int>(DRExitCode::Interrupted));

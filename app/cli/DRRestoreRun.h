@@ -1,29 +1,30 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 
 #include <QElapsedTimer>
 #include <QEventLoop>
 
 #include "app/cli/DRRunReporter.h"
-#include "model/phone_backup/DRPhoneRestore.h"
+#include "wizard/DRPhoneUndo.h"
 
 class DRInterrupt;
-struct DRMigrateServices;
 
 /// Drives the undo from the check of the phone backup to its end, in the event loop.
 class DRRestoreRun final : private DRPhoneRestore::Observer {
 public:
-    DRRestoreRun(const DRMigrateServices& services, DRRunReporter& reporter, DRInterrupt& interrupt);
+    DRRestoreRun(DRPhoneUndo::Setup setup, DRRunReporter& reporter, DRInterrupt& interrupt);
 
     /// Reads the plan's packets to their end; the plan tells then which are damaged. None when it was interrupted.
     [[nodiscard]] std::optional<DRPhoneRestorePlan> check(const DRPhoneRestorePlan& plan);
 
-    /// Puts the apps back. `willWrite` is called when the phone is about to be written. None when it was interrupted
-    /// before that; later it is finished first.
-    [[nodiscard]] std::optional<DRPhoneRestoreResult> run(DRPhoneRestore::Request request,
-                                                          std::function<void()> willWrite);
+    /// Puts the apps of a checked plan back. None when it was interrupted before the phone was written; later it is
+    /// finished first.
+    [[nodiscard]] std::optional<DRPhoneRestoreResult> run(const DRDCDevicePointer& phone,
+                                                          const DRPhoneRestorePlan& plan);
+
+    /// What came of it beside the phone.
+    [[nodiscard]] const DRPhoneUndo& undo() const { return m_undo; }
 
 private:
     void phaseChanged(DRPhoneRestore::Phase phase) override;
@@ -31,11 +32,9 @@ private:
     void ended(const DRPhoneRestoreResult& result) override;
     void onInterrupt();
 
-    const DRMigrateServices& m_services;
     DRRunReporter& m_reporter;
     DRInterrupt& m_interrupt;
-    std::function<void()> m_willWrite;
-    std::shared_ptr<DRPhoneRestore> m_restore;
+    DRPhoneUndo m_undo;
     std::optional<DRPhoneRestoreResult> m_result;
     DRPhoneRestore::Phase m_phase = DRPhoneRestore::Phase::BackUp;
     bool m_hasBeenInterrupted = false;

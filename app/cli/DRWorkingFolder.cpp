@@ -18,9 +18,13 @@ DRCommandOutcome DRWorkingFolder::lock(DRMigrateStartup& startup)
 
 void DRWorkingFolder::clear(const DRMigrateStartup& startup, DRTerminal& terminal)
 {
-    const QString& temporary = startup.folders().temporary;
-    if (!DRMigrateUtils::clearTempFolder(temporary)) {
-        terminal.say(u"Warning: the working folder %1 could not be emptied; it may hold private content."_s.arg(
-            DRMigrateUtils::pathToInflateFolder(temporary)));
+    if (!DRMigrateUtils::clearTempFolder(startup.folders().temporary)) {
+        warnOfLeftFiles(startup, terminal);
     }
+}
+
+void DRWorkingFolder::warnOfLeftFiles(const DRMigrateStartup& startup, DRTerminal& terminal)
+{
+    terminal.say(u"Warning: the working folder %1 could not be emptied; it may hold private content."_s.arg(
+        DRMigrateUtils::pathToInflateFolder(startup.folders().temporary)));
 }

@@ -14,4 +14,7 @@ namespace DRWorkingFolder {
 /// Empties it, and warns when that fails.
 void clear(const DRMigrateStartup& startup, DRTerminal& terminal);
 
+/// The warning alone.
+void warnOfLeftFiles(const DRMigrateStartup& startup, DRTerminal& terminal);
+
 } // namespace DRWorkingFolder

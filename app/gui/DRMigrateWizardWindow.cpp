@@ -1,15 +1,17 @@
 #include "app/gui/DRMigrateWizardWindow.h"
 
 #include "app/DRMigrateStartup.h"
+#include "app/gui/DRPhoneFolder.h"
+#include "app/gui/DRPhoneRestoreWindow.h"
 #include "app/gui/DRQuestionBox.h"
 #include "wizard/DRMGSequence.h"
 #include "wizard/DRMGStepKeys.h"
 #include "wizard/pages/DRMGPages.h"
+#include "wizard/restore/DRMGRestoreSequence.h"
 #include "wizard/steps/DRMGSequenceStepTransfer.h"
 
 #include <QDesktopServices>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QIcon>
 #include <QMessageBox>
@@ -41,18 +43,20 @@ DRMigrateWizardWindow::~DRMigrateWizardWindow() = default;
 
 QWidget* DRMigrateWizardWindow::makePage(DRSequenceStep& step)
 {
-    return DRMGPages::pageFor(step, {.context = m_migration.context(),
-                                     .chooseBackupsFolder =
-                                         [this] {
-                                             chooseFolder(text(u"wizard_backups_folder_title"_s),
-                                                          m_migration.context().backupsFolder,
-                                                          &DRMigrateWizardWindow::useBackupsFolder);
-                                         },
-                                     .choosePhone =
-                                         [this] {
-                                             chooseFolder(text(u"wizard_phone_folder_title"_s), QDir::homePath(),
-                                                          &DRMigrateWizardWindow::usePhone);
-                                         }});
+    const auto chooseBackupsFolder = [this] {
+        DRPhoneFolder::choose(*this, text(u"wizard_backups_folder_title"_s), m_migration.context().backupsFolder,
+                              [this](const QString& folder) { useBackupsFolder(folder); });
+    };
+    const auto choosePhone = [this] {
+        DRPhoneFolder::choose(*this, text(u"wizard_phone_folder_title"_s), QDir::homePath(),
+                              [this](const QString& folder) { usePhone(folder); });
+    };
+    DRMGPageTools tools{
+        .context = m_migration.context(), .chooseBackupsFolder = chooseBackupsFolder, .choosePhone = choosePhone};
+    if (!QDir(m_startup.phoneBackupsFolder()).isEmpty()) {
+        tools.showPhoneBackups = [this] { showPhoneBackups(); };
+    }
+    return DRMGPages::pageFor(step, tools);
 }
 
 void DRMigrateWizardWindow::connectMigration()
@@ -86,8 +90,7 @@ void DRMigrateWizardWindow::useBackupsFolder(const QString& folder)
 
 void DRMigrateWizardWindow::usePhone(const QString& folder)
 {
-    if (!m_startup.changePhone(folder)) {
-        tellNoPhone(folder);
+    if (!DRPhoneFolder::use(*this, m_migration.context(), m_startup, folder)) {
         return;
     }
     if (DRSequenceStep* const step = m_migration.currentStep()) {
@@ -97,23 +100,7 @@ void DRMigrateWizardWindow::usePhone(const QString& folder)
 
 void DRMigrateWizardWindow::tellNoPhone(const QString& folder)
 {
-    DRQuestionBox{.icon = alertIcon(),
-                  .title = text(u"wizard_window_title"_s),
-                  .text = text(u"wizard_not_a_phone"_s).replace(u"%1"_s, QDir::toNativeSeparators(folder)),
-                  .buttons = {{text(u"wizard_ok"_s), [] {}}}}
-        .ask(*this);
-}
-
-void DRMigrateWizardWindow::chooseFolder(const QString& title,
-                                         const QString& start,
-                                         void (DRMigrateWizardWindow::*use)(const QString&))
-{
-    auto* const dialog = new QFileDialog(this, title, start);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setFileMode(QFileDialog::Directory);
-    dialog->setOption(QFileDialog::ShowDirsOnly);
-    connect(dialog, &QFileDialog::fileSelected, this, use);
-    dialog->open();
+    DRPhoneFolder::tellNoPhone(*this, m_migration.context(), folder);
 }
 
 QIcon DRMigrateWizardWindow::alertIcon() const
@@ -174,8 +161,18 @@ void DRMigrateWizardWindow::askWhetherToRepeat()
 
 void DRMigrateWizardWindow::showPhoneBackups()
 {
-    const QString ofTransfer = m_migration.transferResult().phoneBackupPath;
-    QDesktopServices::openUrl(QUrl::fromLocalFile(ofTransfer.isEmpty() ? m_startup.phoneBackupsFolder() : ofTransfer));
+    if (isTransferRunning() || m_restoreWindow) {
+        return;
+    }
+    m_restore = std::make_unique<DRMGRestoreSequence>(
+        m_migration.context(),
+        DRMGRestoreSequence::Backups{.folder = m_startup.phoneBackupsFolder(),
+                                     .preferred = m_migration.transferResult().phoneBackupPath,
+                                     .isWorkingFolderInUse = [this] { return m_transfer->isDiscarding(); }});
+    m_restoreWindow = std::make_unique<DRPhoneRestoreWindow>(*m_restore, m_startup);
+    m_restore->start();
+    m_restoreWindow->show(); // also withdraws the request to quit, if this window is closed already
+    close();
 }
 
 void DRMigrateWizardWindow::keepAwakeWhileRunning()

@@ -5,9 +5,13 @@
 
 #include <QPointer>
 
+#include <memory>
+
+class DRMGRestoreSequence;
 class DRMGSequence;
 class DRMGSequenceStepTransfer;
 class DRMigrateStartup;
+class DRPhoneRestoreWindow;
 class QMessageBox;
 
 /// The wizard's window, and what the program around the wizard does for it: choosing folders, asking questions, opening
@@ -29,6 +33,13 @@ public:
     /// Tells that this folder is no phone.
     void tellNoPhone(const QString& folder);
 
+    /// Opens the window that puts the phone's apps back, with the phone backup of this window's transfer, if there is one,
+    /// selected first, and closes this one.
+    void showPhoneBackups();
+
+    /// The window that `showPhoneBackups` has opened, which this one owns; null before.
+    [[nodiscard]] DRPhoneRestoreWindow* restoreWindow() const { return m_restoreWindow.get(); }
+
 private:
     [[nodiscard]] QWidget* makePage(DRSequenceStep& step);
     [[nodiscard]] QString text(const QString& identifier) const;
@@ -36,9 +47,7 @@ private:
     [[nodiscard]] bool isTransferRunning() const;
     [[nodiscard]] bool mayLeave();
     void connectMigration();
-    void chooseFolder(const QString& title, const QString& start, void (DRMigrateWizardWindow::*use)(const QString&));
     void askWhetherToRepeat();
-    void showPhoneBackups();
     void keepAwakeWhileRunning();
 
     DRMGSequence& m_migration;
@@ -48,4 +57,6 @@ private:
     bool m_isStopWanted = false; ///< the person wants the transfer to stop
     QPointer<QMessageBox> m_closeQuestion;
     QPointer<QMessageBox> m_repeatQuestion;
+    std::unique_ptr<DRMGRestoreSequence> m_restore;
+    std::unique_ptr<DRPhoneRestoreWindow> m_restoreWindow;
 };

@@ -32,6 +32,8 @@ DRWizardOptions DRWizardOptions::parse(const QStringList& arguments)
         parser.addOption(
             QCommandLineOption(option.name.toString(), option.description.toString(), option.value.toString()));
     }
+    const QCommandLineOption restore(u"restore"_s, u"Put a phone's apps back from a phone backup."_s);
+    parser.addOption(restore);
     const QCommandLineOption help = parser.addHelpOption();
     const QCommandLineOption version = parser.addVersionOption();
     if (!parser.parse(arguments)) {
@@ -45,6 +47,7 @@ DRWizardOptions DRWizardOptions::parse(const QStringList& arguments)
         const QString typed = parser.value(option.name.toString());
         option.target = typed.isEmpty() ? option.target : typed;
     }
+    options.isRestore = parser.isSet(restore);
     if (parser.isSet(help)) {
         options.help = parser.helpText();
     } else if (parser.isSet(version)) {

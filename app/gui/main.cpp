@@ -2,11 +2,13 @@
 #include "app/DRMigrateStartup.h"
 #include "app/gui/DRArtwork.h"
 #include "app/gui/DRMigrateWizardWindow.h"
+#include "app/gui/DRPhoneRestoreWindow.h"
 #include "app/gui/DRWizardOptions.h"
 #include "model/packet/DRMigratePacketCodec.h"
 #include "platform/core/DRLog.h"
 #include "platform/ui/DRDarkStyle.h"
 #include "wizard/DRMGSequence.h"
+#include "wizard/restore/DRMGRestoreSequence.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -17,6 +19,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -77,28 +80,74 @@ void clearWorkingFolder(const DRMigrateStartup& startup)
     }
 }
 
-/// Shows the window until it is closed.
-int run(DRMigrateStartup& startup, const DRMGContext& context)
+/// Runs until the last window is closed, and leaves nothing behind.
+int execute(DRMigrateStartup& startup, std::optional<DRInterrupt>& interrupt)
 {
-    std::optional<DRInterrupt> interrupt(std::in_place);
-    clearWorkingFolder(startup); // an earlier run may have been killed
-    const bool hasWrongPhone = !startup.options().phoneFolder.isEmpty() && !startup.openPhone();
-    const auto migration = DRMGSequence::sequence(context);
-    DRMigrateWizardWindow window(*migration, startup);
-    migration->start();
-    window.show();
-    if (hasWrongPhone) {
-        window.tellNoPhone(startup.options().phoneFolder);
-    }
-    interrupt->setHandler([&migration] { // no question is asked
-        migration->abandon();            // closes the window
-        QCoreApplication::exit(kInterrupted);
-    });
     const int code = QApplication::exec();
     interrupt.reset();           // a second request does not wait for what follows
     startup.endBackgroundWork(); // which may write there
     clearWorkingFolder(startup);
     return code;
+}
+
+/// What a request from outside to end does: the first one closes the window, once the phone is not written any more; a
+/// second one does not wait for that, and leaves what is under way as it is.
+void endRestore(DRPhoneRestoreWindow& window)
+{
+    if (window.isEnding()) {
+        std::_Exit(kInterrupted);
+    }
+    window.endWhenPossible([] { QCoreApplication::exit(kInterrupted); });
+}
+
+/// Shows the window that puts a phone's apps back. `noPhone`: a folder that was meant to be one; may be empty.
+int runRestore(DRMigrateStartup& startup,
+               const DRMGContext& context,
+               std::optional<DRInterrupt>& interrupt,
+               const QString& noPhone)
+{
+    DRMGRestoreSequence restore(context, {.folder = startup.phoneBackupsFolder(), .preferred = {}});
+    DRPhoneRestoreWindow window(restore, startup);
+    restore.start();
+    window.show();
+    if (!noPhone.isEmpty()) {
+        window.tellNoPhone(noPhone);
+    }
+    interrupt->setHandler([&window] { endRestore(window); });
+    return execute(startup, interrupt);
+}
+
+/// Shows the assistant, and what it opens. `noPhone` as above.
+int runWizard(DRMigrateStartup& startup,
+              const DRMGContext& context,
+              std::optional<DRInterrupt>& interrupt,
+              const QString& noPhone)
+{
+    const auto migration = DRMGSequence::sequence(context);
+    DRMigrateWizardWindow window(*migration, startup);
+    migration->start();
+    window.show();
+    if (!noPhone.isEmpty()) {
+        window.tellNoPhone(noPhone);
+    }
+    interrupt->setHandler([&] { // no question is asked
+        if (DRPhoneRestoreWindow* const restore = window.restoreWindow()) {
+            endRestore(*restore);
+            return;
+        }
+        migration->abandon(); // closes the window
+        QCoreApplication::exit(kInterrupted);
+    });
+    return execute(startup, interrupt);
+}
+
+int run(DRMigrateStartup& startup, const DRMGContext& context, bool isRestore)
+{
+    std::optional<DRInterrupt> interrupt(std::in_place);
+    clearWorkingFolder(startup); // an earlier run may have been killed
+    const QString& phone = startup.options().phoneFolder;
+    const QString noPhone = phone.isEmpty() || startup.openPhone() ? QString() : phone;
+    return (isRestore ? runRestore : runWizard)(startup, context, interrupt, noPhone);
 }
 
 } // namespace
@@ -128,5 +177,5 @@ int main(int argc, char* argv[])
         QMessageBox::critical(nullptr, QGuiApplication::applicationDisplayName(), refusal->message);
         return kCannotWork;
     }
-    return run(startup, context);
+    return run(startup, context, options.isRestore);
 }

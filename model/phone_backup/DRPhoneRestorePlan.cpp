@@ -39,11 +39,14 @@ DRPhoneRestorePlan DRPhoneRestorePlan::make(const DRPhoneBackup& backup,
     return plan;
 }
 
-void DRPhoneRestorePlan::check()
+void DRPhoneRestorePlan::check(const std::function<bool()>& isStopped)
 {
     damaged.clear();
     fingerprints.clear();
     for (const DRPhoneBackup::App& app : apps) {
+        if (isStopped && isStopped()) {
+            return;
+        }
         const QString packet = backup.pathOfPacket(app.packetID);
         if (auto fingerprint = packetFingerprint(packet)) {
             fingerprints[app.packetID] = std::move(*fingerprint);

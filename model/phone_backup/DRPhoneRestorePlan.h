@@ -31,8 +31,8 @@ struct DRPhoneRestorePlan {
     make(const DRPhoneBackup& backup, const DRDCDevice& phone, const std::function<bool(const QString&)>& isWanted);
 
     /// Reads every packet of `apps` to its end and fills `damaged` and `fingerprints`. Takes its time; for the
-    /// background queue.
-    void check();
+    /// background queue. Once `isStopped` answers true no further packet is read, and the plan is good for nothing.
+    void check(const std::function<bool()>& isStopped = {});
 
     /// The first thing that stands in the way.
     [[nodiscard]] Obstacle obstacle() const;

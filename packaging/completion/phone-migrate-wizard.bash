@@ -16,7 +16,7 @@ _phone_migrate_wizard() {
             mapfile -t COMPREPLY < <(compgen -f -- "$current")
             ;;
         *)
-            local options="--backups --phone --music --log -h --help --help-all -v --version"
+            local options="--backups --phone --music --log --restore -h --help --help-all -v --version"
             mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
             ;;
     esac

@@ -225,13 +225,13 @@ private Q_SLOTS:
         f.connectPhone();
         auto& page = f.show<DRMGSequenceStepMemoryWarning>(DRMGStepKeys::kMemoryWarning);
         QCOMPARE(page.stateMask(), 7);
-        QCOMPARE(page.statusText(), u"5 bytes needed, 4 bytes free"_s);
+        QCOMPARE(page.statusText(), u"5\u00a0bytes needed, 4\u00a0bytes free"_s);
         page.setTicked(kImages, true);
         QVERIFY2(page.statusText().isEmpty(), "the bar says it");
         page.setTicked(kImages, false);
         f.sequence->pressNext();
         QCOMPARE(f.currentKey(), u"memoryWarning"_s);
-        QCOMPARE(page.statusText(), u"5 bytes needed, 4 bytes free"_s);
+        QCOMPARE(page.statusText(), u"5\u00a0bytes needed, 4\u00a0bytes free"_s);
         f.device->freeBytes = 5;
         f.sequence->pressNext();
         QCOMPARE(f.currentKey(), u"transfer"_s);

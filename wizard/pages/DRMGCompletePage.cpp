@@ -2,24 +2,19 @@
 
 #include "platform/ui/DRHtmlTextView.h"
 #include "platform/ui/DRIconLabel.h"
+#include "wizard/pages/DRMGSummaryTable.h"
 
-#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 
 #include <algorithm>
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QSize kMarkSize{20, 20}; // in points
-
 constexpr int kMostRemarkLines = 7;
-
-enum Column { Mark, Name, Outcome, Counts };
 
 } // namespace
 
@@ -29,7 +24,7 @@ DRMGCompletePage::DRMGCompletePage(DRMGSequenceStepComplete& step, const DRMGPag
       m_image(makePicture()),
       m_body(makeHtmlView()),
       m_summaryTitle(makeLabel()),
-      m_summary(new QWidget(this)),
+      m_summary(new DRMGSummaryTable(tools.context.resources, this)),
       m_remarks(new QPlainTextEdit(this)),
       m_note(makeHtmlView())
 {
@@ -60,9 +55,7 @@ void DRMGCompletePage::render()
     renderRemarks();
     m_summaryTitle->setText(m_step.summaryTitle());
     m_summaryTitle->setVisible(!m_step.summaryRows().empty());
-    if (m_shownRows != m_step.summaryRows()) {
-        renderSummary();
-    }
+    m_summary->showRows(m_step.summaryRows());
 }
 
 void DRMGCompletePage::renderRemarks()
@@ -74,56 +67,4 @@ void DRMGCompletePage::renderRemarks()
     m_remarks->setPlainText(remarks.join(u'\n'));
     m_remarks->setFixedHeight(lines * fontMetrics().lineSpacing() + smallGap() * 2);
     m_remarks->setVisible(!remarks.isEmpty());
-}
-
-void DRMGCompletePage::renderSummary()
-{
-    m_shownRows = m_step.summaryRows();
-    auto* const summary = new QWidget(this);
-    auto* const table = new QGridLayout(summary);
-    table->setContentsMargins(0, 0, 0, 0);
-    table->setHorizontalSpacing(smallGap() * 2);
-    table->setVerticalSpacing(smallGap() / 4);
-    table->setColumnStretch(Counts, 1);
-    for (const DRMGSummaryRow& row : m_shownRows) {
-        addRow(*table, row);
-    }
-    const std::unique_ptr<QLayoutItem> former(layout()->replaceWidget(m_summary, summary));
-    m_summary->deleteLater();
-    m_summary = summary;
-    m_summary->show();
-}
-
-void DRMGCompletePage::addRow(QGridLayout& table, const DRMGSummaryRow& row)
-{
-    int at = table.count() == 0 ? 0 : table.rowCount(); // an empty grid has a row
-    if (row.isLoss || !row.imageName.isEmpty()) {
-        DRIconLabel* const mark = makePicture(kMarkSize);
-        mark->setIconName(row.isLoss ? u"migrate_mark_unreadable"_s : row.imageName);
-        table.addWidget(mark, at, Mark, Qt::AlignTop);
-        table.setRowMinimumHeight(at, mark->sizeHint().height() + smallGap() / 2);
-    }
-    QLabel* const name = makeText(row.name, QPalette::WindowText);
-    name->setWordWrap(false);
-    table.addWidget(name, at, Name);
-    QLabel* const outcome = makeText(row.outcome, QPalette::WindowText);
-    outcome->setWordWrap(row.counts.isEmpty());
-    table.addWidget(outcome, at, Outcome, 1, row.counts.isEmpty() ? 2 : 1);
-    for (qsizetype index = 0; index < row.counts.size(); ++index) {
-        table.addWidget(makeText(row.counts[index], QPalette::PlaceholderText), index == 0 ? at : ++at, Counts);
-    }
-    for (const QString& text : row.losses) {
-        table.addWidget(makeText(text, QPalette::WindowText), ++at, Outcome, 1, 2);
-    }
-    for (const QString& text : row.notes) {
-        table.addWidget(makeText(text, QPalette::PlaceholderText), ++at, Outcome, 1, 2);
-    }
-}
-
-QLabel* DRMGCompletePage::makeText(const QString& text, QPalette::ColorRole role)
-{
-    QLabel* const label = makeLabel();
-    label->setText(text);
-    label->setForegroundRole(role);
-    return label;
 }

@@ -18,8 +18,9 @@ class QPushButton;
 /// What the pages work with. The context outlives them.
 struct DRMGPageTools {
     const DRMGContext& context;
-    std::function<void()> chooseBackupsFolder; ///< lets the person choose; the page has no button for it when unset
-    std::function<void()> choosePhone;         ///< the same
+    std::function<void()> chooseBackupsFolder;   ///< lets the person choose; the page has no button for it when unset
+    std::function<void()> choosePhone;           ///< the same
+    std::function<void()> showPhoneBackups = {}; ///< from which a phone can be put back; the same
 };
 
 /// The view of one step: shows what the step says whenever that changes, and decides nothing. What its texts say, and

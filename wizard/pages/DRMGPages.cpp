@@ -5,6 +5,9 @@
 #include "wizard/pages/DRMGMemoryWarningPage.h"
 #include "wizard/pages/DRMGNewBackupNeededPage.h"
 #include "wizard/pages/DRMGPhoneIncompatiblePage.h"
+#include "wizard/pages/DRMGRestoreChoosePage.h"
+#include "wizard/pages/DRMGRestoreOutcomePage.h"
+#include "wizard/pages/DRMGRestorePutBackPage.h"
 #include "wizard/pages/DRMGSelectBackupPage.h"
 #include "wizard/pages/DRMGSelectDataPage.h"
 #include "wizard/pages/DRMGTransferPage.h"
@@ -23,7 +26,7 @@ template <typename Page, typename Step> QWidget* make(DRSequenceStep& step, cons
     return own == nullptr ? nullptr : new Page(*own, tools);
 }
 
-constexpr std::array<Maker, 9> kMakers{
+constexpr std::array<Maker, 12> kMakers{
     make<DRMGWelcomePage, DRMGSequenceStepWelcome>,
     make<DRMGSelectBackupPage, DRMGSequenceStepSelectBackup>,
     make<DRMGSelectDataPage, DRMGSequenceStepSelectData>,
@@ -33,6 +36,9 @@ constexpr std::array<Maker, 9> kMakers{
     make<DRMGConnectPhonePage, DRMGSequenceStepConnectPhone>,
     make<DRMGMemoryWarningPage, DRMGSequenceStepMemoryWarning>,
     make<DRMGPhoneIncompatiblePage, DRMGSequenceStepPhoneIncompatible>,
+    make<DRMGRestoreChoosePage, DRMGRestoreStepChoose>,
+    make<DRMGRestorePutBackPage, DRMGRestoreStepPutBack>,
+    make<DRMGRestoreOutcomePage, DRMGRestoreStepOutcome>,
 };
 
 } // namespace

@@ -36,6 +36,9 @@ DRMGWelcomePage::DRMGWelcomePage(DRMGSequenceStepWelcome& step, const DRMGPageTo
                                 m_backupsFolder));
     column->addWidget(makePanel(m_secondStep, makeButton(u"wizard_choose_phone"_s, tools.choosePhone), m_phone));
     column->addStretch(1);
+    if (auto* const button = makeButton(u"wizard_show_phone_backups"_s, tools.showPhoneBackups)) {
+        column->addWidget(button, 0, Qt::AlignLeading);
+    }
 }
 
 QWidget* DRMGWelcomePage::makePanel(DRHtmlTextView* html, QPushButton* button, DRElidedLabel* choice)

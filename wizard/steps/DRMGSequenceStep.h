@@ -12,8 +12,8 @@
 class DRMGSequence;
 struct DRMGSelectionBox;
 
-/// What the wizard's steps have in common: heading and name of the page, and the values that they share. Works only as
-/// part of a `DRMGSequence`.
+/// What the steps of the program's windows have in common: heading and name of the page, and the values that they share.
+/// What needs the migration works only as part of a `DRMGSequence`.
 class DRMGSequenceStep : public DRSequenceStep {
     Q_OBJECT
 
@@ -44,7 +44,7 @@ protected:
 
     [[nodiscard]] const DRMGContext& context() const { return m_context; }
 
-    /// The sequence that the step belongs to.
+    /// The migration that the step belongs to.
     [[nodiscard]] DRMGSequence& migration() const;
 
     /// The text under the identifier; empty when there is none.

@@ -99,6 +99,9 @@ public:
     /// whose fetching failed and is tolerated, packets that the restore left as they were.
     [[nodiscard]] const std::vector<DRDCPacketProblem>& skippedPackets() const { return m_skippedPackets; }
 
+    /// Whether the working folder is being emptied, or is to be, after `discardWorkingFiles`.
+    [[nodiscard]] bool isDiscarding() const { return m_isDiscarding || m_discardTimer; }
+
     /// "hh:mm" from one hour on, else "mm:ss"; seconds are truncated.
     [[nodiscard]] static QString timeText(double secondsRemaining);
 

@@ -121,15 +121,15 @@ QStringList faultsOfMnemonics(const QWidget& window)
 }
 
 /// What has the keyboard's focus: a widget, or a link in one.
-QAccessibleInterface* focusedElement(const DRWizardRun& run)
+QAccessibleInterface* focusedElement(const DRWindowRun& run)
 {
-    QAccessibleInterface* const widget = QAccessible::queryAccessibleInterface(run.window->focusWidget());
+    QAccessibleInterface* const widget = QAccessible::queryAccessibleInterface(run.widget().focusWidget());
     const bool hasLinks = widget != nullptr && widget->role() == QAccessible::StaticText;
     return hasLinks ? widget->focusChild() : widget;
 }
 
 /// Where Tab, or Shift+Tab, stops until it comes to the first place again.
-std::vector<QAccessibleInterface*> tabStops(const DRWizardRun& run, Qt::KeyboardModifiers modifiers)
+std::vector<QAccessibleInterface*> tabStops(const DRWindowRun& run, Qt::KeyboardModifiers modifiers)
 {
     std::vector<QAccessibleInterface*> stops;
     for (int count = 0; count < kMostStops; ++count) {
@@ -164,7 +164,7 @@ QStringList namesOf(const std::vector<QAccessibleInterface*>& elements)
     return names;
 }
 
-QStringList faultsOfTabOrder(const DRAccessibleTree& tree, const DRWizardRun& run)
+QStringList faultsOfTabOrder(const DRAccessibleTree& tree, const DRWindowRun& run)
 {
     std::vector<QAccessibleInterface*> expected;
     for (const Element& element : tree.elements()) {
@@ -195,8 +195,8 @@ QStringList faultsOfTabOrder(const DRAccessibleTree& tree, const DRWizardRun& ru
 
 } // namespace
 
-QStringList accessibilityFaults(const DRAccessibleTree& tree, const DRWizardRun& run)
+QStringList accessibilityFaults(const DRAccessibleTree& tree, const DRWindowRun& run)
 {
-    return faultsOfNames(tree) + faultsOfWidgets(tree, *run.window) + faultsOfMnemonics(*run.window) +
+    return faultsOfNames(tree) + faultsOfWidgets(tree, run.widget()) + faultsOfMnemonics(run.widget()) +
            faultsOfReadingOrder(tree) + faultsOfTabOrder(tree, run);
 }

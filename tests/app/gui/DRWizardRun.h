@@ -72,43 +72,26 @@ private:
     QTemporaryDir m_folder{QDir::temp().filePath(QStringLiteral("try-XXXXXX"))};
 };
 
-/// The program's window over these places, shown and at its first page.
-class DRWizardRun {
+/// One of the program's windows, used as a person uses it.
+class DRWindowRun {
 public:
-    explicit DRWizardRun(const DRWizardPlaces& places) : startup(places.options)
+    explicit DRWindowRun(QWidget& window) : m_window(window) {}
+
+    /// Shows it at its usual size, however small the screen, and waits until keys reach it.
+    void show() const
     {
-        startup.openPhone();
-        DRMGContext context = startup.context();
-        context.ledgerPath = startup.ledgerPath();
-        context.resources.registerBundle(DRArtwork::folder());
-        migration = DRMGSequence::sequence(context);
-        window = std::make_unique<DRMigrateWizardWindow>(*migration, startup);
-        migration->start();
-        window->resize(window->sizeHint()); // however small the screen
-        window->show();
-        window->activateWindow();
-        static_cast<void>(QTest::qWaitForWindowActive(window.get()));
+        m_window.resize(m_window.sizeHint());
+        m_window.show();
+        m_window.activateWindow();
+        static_cast<void>(QTest::qWaitForWindowActive(&m_window));
     }
 
-    [[nodiscard]] QString pageKey() const
-    {
-        return migration->currentStep() == nullptr ? QString() : migration->currentStep()->key();
-    }
-
-    template <typename Step> [[nodiscard]] Step& step(const QString& key) const
-    {
-        return *qobject_cast<Step*>(migration->stepForKey(key));
-    }
-
-    [[nodiscard]] DRMGSequenceStepComplete::ErrorState errorState() const
-    {
-        return step<DRMGSequenceStepComplete>(DRMGStepKeys::kComplete).errorState();
-    }
+    [[nodiscard]] QWidget& widget() const { return m_window; }
 
     /// The visible widget with this object name.
     template <typename Widget = QAbstractButton> [[nodiscard]] Widget* find(const QString& name) const
     {
-        for (Widget* const widget : window->findChildren<Widget*>(name)) {
+        for (Widget* const widget : m_window.findChildren<Widget*>(name)) {
             if (widget->isVisible()) {
                 return widget;
             }
@@ -126,15 +109,60 @@ public:
     /// Presses the key where the keyboard's focus is.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
     {
-        QWidget* const focused = window->focusWidget();
-        QTest::keyClick(focused == nullptr ? window.get() : focused, key, modifiers);
+        QWidget* const focused = m_window.focusWidget();
+        QTest::keyClick(focused == nullptr ? &m_window : focused, key, modifiers);
     }
 
     [[nodiscard]] bool takeScreenshot(const QString& name) const
     {
         QCoreApplication::processEvents();
-        return saveScreenshot(*window, name);
+        return saveScreenshot(m_window, name);
     }
+
+private:
+    QWidget& m_window;
+};
+
+/// The assistant over these places, shown and at its first page.
+class DRWizardRun {
+public:
+    explicit DRWizardRun(const DRWizardPlaces& places) : startup(places.options)
+    {
+        startup.openPhone();
+        DRMGContext context = startup.context();
+        context.ledgerPath = startup.ledgerPath();
+        context.resources.registerBundle(DRArtwork::folder());
+        migration = DRMGSequence::sequence(context);
+        window = std::make_unique<DRMigrateWizardWindow>(*migration, startup);
+        migration->start();
+        seen().show();
+    }
+
+    /// The same window as a person sees it.
+    [[nodiscard]] DRWindowRun seen() const { return DRWindowRun(*window); }
+
+    [[nodiscard]] QString pageKey() const
+    {
+        return migration->currentStep() == nullptr ? QString() : migration->currentStep()->key();
+    }
+
+    template <typename Step> [[nodiscard]] Step& step(const QString& key) const
+    {
+        return *qobject_cast<Step*>(migration->stepForKey(key));
+    }
+
+    [[nodiscard]] DRMGSequenceStepComplete::ErrorState errorState() const
+    {
+        return step<DRMGSequenceStepComplete>(DRMGStepKeys::kComplete).errorState();
+    }
+
+    template <typename Widget = QAbstractButton> [[nodiscard]] Widget* find(const QString& name) const
+    {
+        return seen().find<Widget>(name);
+    }
+    void click(const QString& name) const { seen().click(name); }
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const { seen().press(key, modifiers); }
+    [[nodiscard]] bool takeScreenshot(const QString& name) const { return seen().takeScreenshot(name); }
 
     DRMigrateStartup startup;
     std::unique_ptr<DRMGSequence> migration;

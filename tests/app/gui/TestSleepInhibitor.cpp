@@ -1,6 +1,7 @@
 #include "app/gui/DRSleepInhibitor.h"
 #include "platform/ui/DRDarkStyle.h"
-#include "tests/app/gui/DRWizardRun.h"
+#include "tests/app/gui/DRRestoreWindowRun.h"
+#include "wizard/restore/DRMGRestoreKeys.h"
 
 #include <QDBusConnection>
 #include <QDBusUnixFileDescriptor>
@@ -111,6 +112,19 @@ private Q_SLOTS:
         QCOMPARE(m_login.requests().size(), 1);
         QVERIFY(m_login.requests().front().startsWith(u"sleep:idle|"_s));
         QVERIFY(m_login.requests().front().endsWith(u"|block"_s));
+
+        // The same while the apps are put back.
+        run.window->showPhoneBackups();
+        const DRRestoreWindowRun undo(*run.window->restoreWindow());
+        auto& putBack = undo.sequence().putBack();
+        wasHeld = false;
+        connect(&putBack, &DRMGRestoreStepPutBack::workPhaseChanged, &undo.widget(), [&] {
+            wasHeld = putBack.phase() == DRMGRestoreStepPutBack::Phase::Verify ? m_login.isHeld() : wasHeld;
+        });
+        undo.click(u"next"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(undo.pageKey(), DRMGRestoreKeys::kOutcome, kLongest);
+        QVERIFY(wasHeld);
+        QTRY_VERIFY(!m_login.isHeld());
     }
 
     void releasedBeforeTheSystemAnswers()

@@ -3,7 +3,9 @@
 #include "platform/ui/DRHtmlTextView.h"
 #include "tests/app/gui/DRAccessibilityFaults.h"
 #include "tests/app/gui/DRAccessibleTree.h"
-#include "tests/app/gui/DRWizardRun.h"
+#include "tests/app/gui/DRRestoreWindowRun.h"
+#include "tests/support/DRTestTable.h"
+#include "wizard/restore/DRMGRestoreKeys.h"
 #include "wizard/widgets/DRMigrateTooltipWindowController.h"
 
 #include <QScrollBar>
@@ -174,7 +176,7 @@ private Q_SLOTS:
 
         const DRAccessibleTree tree(*run.window);
         note(QString::fromLatin1(QTest::currentDataTag()), tree);
-        const QStringList faults = accessibilityFaults(tree, run);
+        const QStringList faults = accessibilityFaults(tree, run.seen());
         QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
         const auto headings = tree.ofRole(QAccessible::Heading);
         QVERIFY(!headings.empty());
@@ -185,6 +187,39 @@ private Q_SLOTS:
         run.press(Qt::Key_Escape);
         QCOMPARE(run.pageKey(), allPages()[page].afterEscape);
         QCOMPARE(run.window->isVisible(), !allPages()[page].afterEscape.isEmpty());
+    }
+
+    void restorePages_data()
+    {
+        const DRTestTable<QLocale> row("locale");
+        row("English", QLocale(QLocale::English));
+        row("German", QLocale(QLocale::German));
+    }
+
+    /// The window that puts the apps back: each page, from the closing page of a transfer on.
+    void restorePages()
+    {
+        QFETCH(const QLocale, locale);
+        QLocale::setDefault(locale);
+        const DRWizardPlaces places;
+        const DRWizardRun wizard(places);
+        transfer(wizard);
+        wizard.window->showPhoneBackups();
+        const DRRestoreWindowRun run(*wizard.window->restoreWindow());
+        examineRestorePage(run);
+        QStringList faults;
+        connect(&run.sequence().putBack(), &DRMGRestoreStepPutBack::workPhaseChanged, wizard.window->restoreWindow(),
+                [&] {
+                    if (run.sequence().putBack().phase() == DRMGRestoreStepPutBack::Phase::BackUp) {
+                        faults = accessibilityFaults(DRAccessibleTree(run.widget()), run);
+                    }
+                });
+        run.click(u"next"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), DRMGRestoreKeys::kOutcome, kLongest);
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+        examineRestorePage(run);
+        run.press(Qt::Key_Escape); // there is nothing to cancel
+        QVERIFY(run.widget().isVisible());
     }
 
     void tickBoxes()
@@ -289,6 +324,18 @@ private Q_SLOTS:
     }
 
 private:
+    void examineRestorePage(const DRRestoreWindowRun& run)
+    {
+        QCoreApplication::processEvents();
+        const DRAccessibleTree tree(run.widget());
+        note(QString::fromLatin1(QTest::currentDataTag()) + u", restore"_s, tree);
+        const QStringList faults = accessibilityFaults(tree, run);
+        QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+        const auto headings = tree.ofRole(QAccessible::Heading);
+        QVERIFY(!headings.empty());
+        QCOMPARE(headings.front().name, run.sequence().currentStep()->localizedTitle());
+    }
+
     void note(const QString& page, const DRAccessibleTree& tree) const
     {
         QFile file(m_notes);

@@ -13,6 +13,7 @@ private Q_SLOTS:
                                                                          "isHelp");
         row("nothing typed", {}, u"/of/environment"_s, {}, false, false);
         row("typed goes first", {u"--backups"_s, u"/b"_s, u"--phone=/p"_s}, u"/b"_s, u"/p"_s, false, false);
+        row("undo", {u"--restore"_s, u"--phone=/p"_s}, u"/of/environment"_s, u"/p"_s, false, false);
         row("unknown option", {u"--backup-all"_s}, u"/of/environment"_s, {}, true, false);
         row("value missing", {u"--phone"_s}, u"/of/environment"_s, {}, true, false);
         row("too much", {u"transfer"_s}, u"/of/environment"_s, {}, true, false);
@@ -30,6 +31,7 @@ private Q_SLOTS:
         QTEST(options.startup.phoneFolder, "phone");
         QTEST(!options.error.isNull(), "isError");
         QTEST(!options.help.isNull(), "isHelp");
+        QCOMPARE(options.isRestore, arguments.contains(u"--restore"_s));
     }
 };
 

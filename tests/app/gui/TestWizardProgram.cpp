@@ -1,5 +1,6 @@
 #include "platform/core/DRPrivateFolder.h"
 #include "tests/app/cli/DRProgramSandbox.h"
+#include "tests/support/DRTestTable.h"
 
 #include <QTest>
 
@@ -10,8 +11,17 @@ class TestWizardProgram : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
+    void privateFilesAreGoneWhenItIsTerminated_data()
+    {
+        const DRTestTable<QStringList, QByteArray> row("arguments", "page"); // page: as in the usage log
+        row("assistant", {}, "welcome");
+        row("undo", {u"--restore"_s}, "restore/choose");
+    }
+
     void privateFilesAreGoneWhenItIsTerminated()
     {
+        QFETCH(const QStringList, arguments);
+        QFETCH(const QByteArray, page);
         constexpr int kPatience = 60000;
         constexpr int kInterrupted = 130;
         const DRProgramSandbox sandbox(QStringLiteral(PHONE_MIGRATE_WIZARD));
@@ -19,11 +29,11 @@ private Q_SLOTS:
         QVERIFY(DRPrivateFolder::make(QFileInfo(sandbox.path(left)).path()));
         sandbox.write(left, "of a run that was killed");
         QProcess window;
-        sandbox.prepare(window, {});
+        sandbox.prepare(window, arguments);
         window.start();
-        const auto isShown = [&sandbox] {
+        const auto isShown = [&sandbox, &page] {
             QFile usage(sandbox.path(u"state/phone-migrate/usage.log"_s));
-            return usage.open(QIODevice::ReadOnly) && usage.readAll().contains("welcome");
+            return usage.open(QIODevice::ReadOnly) && usage.readAll().contains(page);
         };
         QTRY_VERIFY_WITH_TIMEOUT(isShown(), kPatience);
         QVERIFY(!QFile::exists(sandbox.path(left)));

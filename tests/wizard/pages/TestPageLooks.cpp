@@ -5,6 +5,7 @@
 #include "platform/ui/DRSequenceWindow.h"
 #include "tests/support/DRScreenshot.h"
 #include "tests/support/DRTestTable.h"
+#include "tests/wizard/RestoreFixture.h"
 #include "tests/wizard/TransferFixture.h"
 #include "wizard/pages/DRMGPages.h"
 
@@ -114,16 +115,17 @@ private Q_SLOTS:
         font.setPointSizeF(pointSize);
         QApplication::setFont(font);
         QGuiApplication::setLayoutDirection(direction);
-        showPages(language, isLonger);
+        const auto changed = isLonger ? longer : +[](const QString& text) { return text; };
+        showPages(textsOf(language, changed));
+        showRestorePages(textsOf(language, changed));
         QGuiApplication::setLayoutDirection(Qt::LeftToRight);
         QApplication::setFont(usualFont);
     }
 
 private:
-    static void showPages(const QString& language, bool isLonger)
+    static void showPages(const QString& texts)
     {
-        const auto changed = isLonger ? longer : +[](const QString& text) { return text; };
-        WizardFixture f(textsOf(language, changed));
+        WizardFixture f(texts);
         f.resources.registerBundle(DRArtwork::folder());
         f.addBackup(u"One"_s);
         f.addBackup(u"Two"_s);
@@ -151,6 +153,39 @@ private:
             QCOMPARE(f.sequence->currentStep()->key(), kNewBackupNeeded);
             examine(window, name);
         }
+    }
+
+    static void showRestorePages(const QString& texts)
+    {
+        RestoreFixture f(texts);
+        f.resources.registerBundle(DRArtwork::folder());
+        f.addPhoneBackup(1, u"A phone of another make"_s);
+        QVERIFY(QFile::remove(DRPhoneBackup::pathOfPacket(f.addPhoneBackup(2), RestoreFixture::kNotes)));
+        QVERIFY(QFile::remove(f.addPhoneBackup(3) + u"/BackupData.plist"_s));
+        f.start();
+        const DRMGPageTools tools{.context = f.restore->context(), .chooseBackupsFolder = {}, .choosePhone = [] {}};
+        DRSequenceWindow window(*f.restore,
+                                {.makePage = [&](DRSequenceStep& step) { return DRMGPages::pageFor(step, tools); },
+                                 .text = [&f](const QString& identifier) { return f.strings.text(identifier); },
+                                 .mayLeave = {},
+                                 .settingsPath = {}});
+        window.show();
+        window.resize(window.sizeHint().boundedTo(kSmallScreen));
+        examine(window, u"restore-no-phone"_s);
+        f.connectPhone();
+        f.timers.advance(std::chrono::milliseconds(1000));
+        f.restore->choose().selectRow(1);
+        examine(window, u"restore-other-phone"_s);
+        f.restore->choose().selectRow(0);
+        examine(window, u"restore-in-part"_s);
+        f.restore->pressNext();
+        examine(window, u"restore-check"_s);
+        f.queue.runAll();
+        QVERIFY(f.answer(RestoreFixture::packet("new")));
+        examine(window, u"restore-writing"_s);
+        QVERIFY(f.answer({}));
+        QVERIFY(f.answer(RestoreFixture::packet("odd")));
+        examine(window, u"restore-failed"_s);
     }
 
     static void examine(QWidget& window, const QString& name)

@@ -90,9 +90,9 @@ private Q_SLOTS:
             const QList<QLabel*> labels = page->findChildren<QLabel*>();
             return std::ranges::any_of(labels, [&text](const QLabel* label) { return label->text() == text; });
         };
-        QVERIFY(hasFigure(u"2.00 KiB"_s));
+        QVERIFY(hasFigure(u"2.00\u00a0KiB"_s));
         QTest::mouseClick(page->findChild<DRMGSelectDataEntry*>(DRMigrateKeys::kImages), Qt::LeftButton);
-        QVERIFY(!hasFigure(u"2.00 KiB"_s));
+        QVERIFY(!hasFigure(u"2.00\u00a0KiB"_s));
     }
 
     void pictureUntilAPhoneIsThere()

@@ -99,7 +99,7 @@ private Q_SLOTS:
     void emptyAndOverfullBarsHaveNoParts()
     {
         Bar bar;
-        QCOMPARE(bar.bar->accessibleDescription(),
+        QCOMPARE(bar.bar->accessibleDescription().replace(QChar::Nbsp, QChar::Space),
                  u"In use: 250 bytes, Music: 200 bytes, Videos: 100 bytes, Photos: 50 bytes, Free: 400 bytes"_s);
         bar.storage.free = 0;
         bar.bar->updateParts(DRMigrateMemoryWarningBar::figuresOf(bar.storage));
@@ -110,13 +110,13 @@ private Q_SLOTS:
             QCOMPARE(image.pixelColor(x, 18).name(), u"#c74240"_s);
             QCOMPARE(bar.bar->tooltipAt(QPointF(x, 10)), QString());
         }
-        QVERIFY(bar.bar->accessibleDescription().endsWith(u"Photos: 50 bytes, Free: 0 bytes"_s));
+        QVERIFY(bar.bar->accessibleDescription().endsWith(u"Free: 0\u00a0bytes"_s));
         bar.bar->updateParts({{DRMigrateMemoryWarningKeys::kMusic, 1}});
         QCOMPARE(bar.bar->parts()[DRMigrateMemoryWarningKeys::kMusic].value, quint64{1});
         QCOMPARE(bar.bar->parts()[DRMigrateMemoryWarningKeys::kOther].value, quint64{250});
         image = Bar::pictureOf(*bar.bar, 1);
         QCOMPARE(image.pixelColor(30, 10).name(), kTable);
-        QCOMPARE(bar.bar->accessibleDescription(), QString());
+        QCOMPARE(bar.bar->accessibleDescription().replace(QChar::Nbsp, QChar::Space), QString());
     }
 
     void usedSpaceBeyondTheTotalIsClipped()

@@ -43,7 +43,7 @@ private Q_SLOTS:
     void labelIsAFormat()
     {
         QCOMPARE(selectDataText({u"Notes: %i"_s, 12345, {}, {}}), u"Notes: 12345"_s);
-        QCOMPARE(selectDataText({u"%1 %i %2"_s, 2, 1536, {}}), u"%1 2 %2 (1.50 KiB)"_s);
+        QCOMPARE(selectDataText({u"%1 %i %2"_s, 2, 1536, {}}), u"%1 2 %2 (1.50\u00a0KiB)"_s);
         QCOMPARE(selectDataText({u"%i"_s, 0x80000000, {}, {}}), u"-2147483648"_s);
         QCOMPARE(selectDataText({u"%i"_s, 0x100000003, {}, {}}), u"3"_s);
     }
