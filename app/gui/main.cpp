@@ -14,6 +14,7 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QMessageBox>
+#include <QStyle>
 #include <QTranslator>
 
 #include <algorithm>
@@ -78,6 +79,18 @@ void clearWorkingFolder(const DRMigrateStartup& startup)
     if (!DRMigrateUtils::clearTempFolder(startup.folders().temporary)) {
         qCWarning(lcMigrate) << "the working folder could not be emptied; it may hold private content";
     }
+}
+
+/// Says why the program cannot work now, such as that it works already.
+void tellRefusal(const DRMGContext& context, const QString& why)
+{
+    QMessageBox box(QMessageBox::NoIcon, QGuiApplication::applicationDisplayName(),
+                    context.strings.text(u"wizard_already_running"_s), QMessageBox::Ok);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(why);
+    const int side = box.style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+    box.setIconPixmap(QIcon(context.resources.pathForResource(u"tarvex_alert"_s)).pixmap(side));
+    box.exec();
 }
 
 /// Runs until the last window is closed, and leaves nothing behind.
@@ -174,7 +187,7 @@ int main(int argc, char* argv[])
     QTranslator translator;
     dressUp(context, translator);
     if (const auto refusal = startup.lockWorkingFolder()) {
-        QMessageBox::critical(nullptr, QGuiApplication::applicationDisplayName(), refusal->message);
+        tellRefusal(context, refusal->message);
         return kCannotWork;
     }
     return run(startup, context, options.isRestore);

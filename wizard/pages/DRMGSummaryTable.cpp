@@ -24,11 +24,11 @@ public:
         : m_widget(widget),
           m_resources(resources),
           m_grid(*new QGridLayout(&widget)), // the widget owns it
-          m_gap(widget.fontMetrics().height() / 8)
+          m_gap(widget.fontMetrics().height() / 4)
     {
         m_grid.setContentsMargins(0, 0, 0, 0);
-        m_grid.setHorizontalSpacing(8 * m_gap);
-        m_grid.setVerticalSpacing(m_gap);
+        m_grid.setHorizontalSpacing(4 * m_gap);
+        m_grid.setVerticalSpacing(m_gap / 2);
         m_grid.setColumnStretch(Counts, 1);
     }
 
@@ -56,7 +56,7 @@ public:
 private:
     void addMark(const QString& imageName)
     {
-        m_grid.setRowMinimumHeight(m_line, kMarkSize.height() + 2 * m_gap);
+        m_grid.setRowMinimumHeight(m_line, kMarkSize.height() + m_gap);
         if (!imageName.isEmpty()) {
             auto* const mark = new DRIconLabel(m_resources, &m_widget);
             mark->setIconSize(kMarkSize);

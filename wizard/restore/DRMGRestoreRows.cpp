@@ -65,10 +65,10 @@ std::vector<DRMGSummaryRow> DRMGRestoreRows::of(const DRPhoneRestorePlan& plan,
         const bool isWrong = !details.isEmpty();
         details += reasonsIn(plan.skipped, packetIDs);
         details.removeDuplicates();
+        const QString outcome = strings.text(outcomeOf(packetIDs, backCount, isWrong));
         rows.push_back({.imageName = DRMGSelection::imageName(kindOf(packetIDs.front())),
                         .name = name,
-                        .outcome = strings.text(outcomeOf(packetIDs, backCount, isWrong)),
-                        .losses = details,
+                        .outcome = details.isEmpty() ? outcome : outcome + u": "_s + details.join(u"; "_s),
                         .isLoss = isWrong});
     }
     return rows;

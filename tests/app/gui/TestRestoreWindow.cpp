@@ -177,7 +177,8 @@ private Q_SLOTS:
         }
         const QString phone = std::exchange(places.options.phoneFolder, QString());
         const DRWizardRun wizard(places);
-        wizard.window->showPhoneBackups(); // from the first page
+        QVERIFY(wizard.takeScreenshot(u"welcome-again"_s));
+        wizard.click(u"wizard_show_phone_backups"_s);
         QVERIFY(!wizard.window->isVisible());
         const DRRestoreWindowRun run(*wizard.window->restoreWindow());
         QVERIFY(!run.find(kNext)->isEnabled());

@@ -64,6 +64,7 @@ private Q_SLOTS:
         const DRWizardPlaces places;
         const DRWizardRun run(places);
         QCOMPARE(run.pageKey(), DRMGStepKeys::kWelcome);
+        QVERIFY2(run.find(u"wizard_show_phone_backups"_s) == nullptr, "there are none yet");
         QVERIFY(run.takeScreenshot(u"welcome"_s));
 
         run.press(Qt::Key_Return);
