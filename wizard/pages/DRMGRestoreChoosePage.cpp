@@ -2,12 +2,12 @@
 
 #include "platform/sequence/DRSequence.h"
 #include "platform/ui/DRHtmlTextView.h"
+#include "platform/ui/DRRowTable.h"
 
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QSignalBlocker>
-#include <QTableWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum Column { Name, Date, Phone, State, Columns };
+enum Column { Name, Date, Phone, State };
 
 constexpr int kLeastRows = 2;        ///< what the table has room for at least
 constexpr int kPhoneCharacters = 18; ///< the most of the column's width, in average characters; longer ones are wrapped
@@ -27,7 +27,7 @@ DRMGRestoreChoosePage::DRMGRestoreChoosePage(DRMGRestoreStepChoose& step, const 
     : DRMGPage(step, tools),
       m_step(step),
       m_body(makeHtmlView()),
-      m_table(new QTableWidget(0, Columns, this)),
+      m_table(new DRRowTable(step.listName(), step.columnTitles(), this)),
       m_status(makeLabel()),
       m_plan(makeLabel()),
       m_choosePhone(makeButton(u"wizard_choose_phone"_s, tools.choosePhone))
@@ -50,22 +50,8 @@ DRMGRestoreChoosePage::DRMGRestoreChoosePage(DRMGRestoreStepChoose& step, const 
 void DRMGRestoreChoosePage::setUpTable()
 {
     const int rowHeight = fontMetrics().height() * 5 / 2; // two lines, since names are long
-    m_table->setAccessibleName(m_step.listName());
-    m_table->setHorizontalHeaderLabels(m_step.columnTitles());
-    m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
-    m_table->horizontalHeader()->setHighlightSections(false);
-    m_table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    m_table->horizontalHeader()->setSectionResizeMode(Name, QHeaderView::Stretch);
     m_table->horizontalHeader()->setSectionResizeMode(Phone, QHeaderView::Fixed);
-    m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_table->verticalHeader()->setDefaultSectionSize(rowHeight);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setTabKeyNavigation(false); // Tab leads on to the next part of the page
-    m_table->setShowGrid(false);
-    m_table->setAlternatingRowColors(true);
+    m_table->setRowHeight(rowHeight);
     m_table->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_table->setMinimumHeight(kLeastRows * rowHeight);
     connect(m_table, &QTableWidget::itemSelectionChanged, this, &DRMGRestoreChoosePage::selectionChanged);
@@ -119,13 +105,12 @@ void DRMGRestoreChoosePage::showSelection()
     const QSignalBlocker quiet(m_table); // the step knows it already
     if (m_step.selectedRow() < 0) {
         m_table->clearSelection();
-    } else if (m_table->selectedItems().isEmpty() || m_table->currentRow() != m_step.selectedRow()) {
+    } else if (m_table->selectedRow() != m_step.selectedRow()) {
         m_table->selectRow(m_step.selectedRow());
     }
 }
 
 void DRMGRestoreChoosePage::selectionChanged()
 {
-    const QList<QTableWidgetItem*> selected = m_table->selectedItems();
-    m_step.selectRow(selected.isEmpty() ? -1 : selected.front()->row());
+    m_step.selectRow(m_table->selectedRow());
 }

@@ -4,7 +4,7 @@
 #include "wizard/restore/DRMGRestoreStepChoose.h"
 
 class QPushButton;
-class QTableWidget;
+class DRRowTable;
 
 /// The list of phone backups, one of which can be selected, and what putting it back would do.
 class DRMGRestoreChoosePage final : public DRMGPage {
@@ -24,7 +24,7 @@ private:
 
     DRMGRestoreStepChoose& m_step;
     DRHtmlTextView* m_body;
-    QTableWidget* m_table;
+    DRRowTable* m_table;
     QLabel* m_status;
     QLabel* m_plan;
     QPushButton* m_choosePhone;

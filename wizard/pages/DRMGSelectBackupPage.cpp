@@ -3,11 +3,10 @@
 #include "platform/sequence/DRSequence.h"
 #include "platform/sequence/DRSequenceResourceManager.h"
 #include "platform/ui/DRHtmlTextView.h"
+#include "platform/ui/DRRowTable.h"
 
-#include <QHeaderView>
 #include <QIcon>
 #include <QSignalBlocker>
-#include <QTableWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -16,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum Column { Name, Date, Columns };
+enum Column { Name, Date };
 
 // In points.
 constexpr int kRowHeight = 32;
@@ -29,7 +28,7 @@ DRMGSelectBackupPage::DRMGSelectBackupPage(DRMGSequenceStepSelectBackup& step, c
     : DRMGPage(step, tools),
       m_step(step),
       m_body(makeHtmlView()),
-      m_table(new QTableWidget(0, Columns, this)),
+      m_table(new DRRowTable(step.listName(), {step.nameColumnTitle(), step.dateColumnTitle()}, this)),
       m_notShown(makeHtmlView(Tooltips::OfLinks))
 {
     setUpTable();
@@ -45,22 +44,8 @@ DRMGSelectBackupPage::DRMGSelectBackupPage(DRMGSequenceStepSelectBackup& step, c
 void DRMGSelectBackupPage::setUpTable()
 {
     const int rowHeight = std::max(kRowHeight, fontMetrics().height() * 3 / 2);
-    m_table->setAccessibleName(m_step.listName());
-    m_table->setHorizontalHeaderLabels({m_step.nameColumnTitle(), m_step.dateColumnTitle()});
-    m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeading | Qt::AlignVCenter);
-    m_table->horizontalHeader()->setHighlightSections(false);
-    m_table->horizontalHeader()->setSectionResizeMode(Name, QHeaderView::Stretch);
-    m_table->horizontalHeader()->setSectionResizeMode(Date, QHeaderView::ResizeToContents);
-    m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    m_table->setRowHeight(rowHeight);
     m_table->setIconSize({kIconSide, kIconSide});
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setSelectionMode(QAbstractItemView::SingleSelection);
-    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setTabKeyNavigation(false); // Tab leads on to the next part of the page
-    m_table->setShowGrid(false);
-    m_table->setAlternatingRowColors(true);
     m_table->setWordWrap(false);
     m_table->setMinimumHeight((kLeastRows + 1) * rowHeight);
     connect(m_table, &QTableWidget::itemSelectionChanged, this, &DRMGSelectBackupPage::selectionChanged);
@@ -99,6 +84,5 @@ void DRMGSelectBackupPage::fillTable()
 
 void DRMGSelectBackupPage::selectionChanged()
 {
-    const QList<QTableWidgetItem*> selected = m_table->selectedItems();
-    m_step.selectRow(selected.isEmpty() ? -1 : selected.front()->row());
+    m_step.selectRow(m_table->selectedRow());
 }

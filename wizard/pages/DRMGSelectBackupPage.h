@@ -3,7 +3,7 @@
 #include "wizard/pages/DRMGPage.h"
 #include "wizard/steps/DRMGSequenceStepSelectBackup.h"
 
-class QTableWidget;
+class DRRowTable;
 
 /// The list of backups, one of which can be selected.
 class DRMGSelectBackupPage final : public DRMGPage {
@@ -22,7 +22,7 @@ private:
 
     DRMGSequenceStepSelectBackup& m_step;
     DRHtmlTextView* m_body;
-    QTableWidget* m_table;
+    DRRowTable* m_table;
     DRHtmlTextView* m_notShown;
     std::vector<DRMigrateIPhoneBackupEntryPointer> m_shownBackups;
 };

@@ -26,7 +26,7 @@ namespace {
 using ErrorState = DRMGSequenceStepComplete::ErrorState;
 using Phase = DRMGSequenceStepTransfer::Phase;
 
-constexpr quint64 kRoomForSomeMedia = 900 * 1024; ///< bytes: the sample's media without its photos
+constexpr quint64 kRoomForSomeMedia = quint64{900} * 1024; ///< bytes: the sample's media without its photos
 constexpr int kLongest = 60'000; ///< milliseconds that a transfer of the sample may take on a busy machine
 
 const QString kNext = u"next"_s;
@@ -140,6 +140,8 @@ private Q_SLOTS:
         QVERIFY(table->hasFocus());
         QCOMPARE(table->rowCount(), 3);
         QVERIFY(!run.find(kNext)->isEnabled());
+        run.press(Qt::Key_End);
+        QCOMPARE(table->currentRow(), 2);
 
         for (int row = 0; row < table->rowCount(); ++row) {
             table->setCurrentCell(row, 0);
