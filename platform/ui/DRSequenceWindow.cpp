@@ -165,12 +165,13 @@ void DRSequenceWindow::updateHeadingFont()
 void DRSequenceWindow::refreshButtons()
 {
     m_buttons->refresh();
+    if (!std::exchange(m_awaitsFirstFocus, false)) {
+        return;
+    }
+    // Only now is the new page complete, and known whether Next may be pressed on it.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);
     setUpdatesEnabled(true);
-    // Only now is it known whether Next may be pressed on the new page.
-    if (std::exchange(m_awaitsFirstFocus, false)) {
-        setFirstFocus();
-    }
+    setFirstFocus();
 }
 
 void DRSequenceWindow::setFirstFocus()

@@ -148,7 +148,11 @@ public:
 
     template <typename Step> [[nodiscard]] Step& step(const QString& key) const
     {
-        return *qobject_cast<Step*>(migration->stepForKey(key));
+        auto* const found = qobject_cast<Step*>(migration->stepForKey(key));
+        if (found == nullptr) {
+            qFatal("no step of this kind under this key");
+        }
+        return *found;
     }
 
     [[nodiscard]] DRMGSequenceStepComplete::ErrorState errorState() const
