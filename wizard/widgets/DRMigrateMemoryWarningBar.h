@@ -35,7 +35,7 @@ public:
     [[nodiscard]] quint64 free() const { return m_free; }
 
     /// What the bar looks like while the choice does not fit.
-    [[nodiscard]] static QColor overflowColor() { return QColor(0xe2, 0x70, 0x6e); }
+    [[nodiscard]] static QColor overflowColor() { return {0xe2, 0x70, 0x6e}; }
 
     /// The tooltip at this place of the widget as it was last drawn; empty where no part is.
     [[nodiscard]] QString tooltipAt(const QPointF& position) const;

@@ -356,7 +356,9 @@ private Q_SLOTS:
             if (transfer.progressPhase() == Phase::Load) {
                 QVERIFY(!run.window->close());
                 auto* const question = run.window->findChild<QMessageBox*>();
-                QVERIFY(question != nullptr);
+                if (question == nullptr) {
+                    QFAIL("nothing is asked");
+                }
                 QVERIFY(saveScreenshot(*question, u"close-question"_s));
                 hasAsked = true;
                 question->buttons().at(button)->click();
