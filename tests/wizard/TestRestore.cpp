@@ -109,17 +109,16 @@ private Q_SLOTS:
     void waitsForTheWorkingFolder()
     {
         RestoreFixture f;
-        f.addPhoneBackup(1);
-        f.connectPhone();
-        f.start();
+        beginIn(f);
         f.isWorkingFolderInUse = true;
-        f.restore->next();
         f.queue.runAll();
         f.timers.advance(std::chrono::seconds(1));
         QVERIFY(f.device->tasks.empty());
         f.isWorkingFolderInUse = false;
         f.timers.advance(std::chrono::seconds(1));
         QCOMPARE(f.device->tasks.size(), std::size_t{1});
+        f.restore->pressCancel();
+        QVERIFY(f.answer(RestoreFixture::packet("new")));
     }
 
     void noBackups()
