@@ -80,7 +80,7 @@ void DRMGTransferGate::makePlan(const QStringList& keys)
 
 bool DRMGTransferGate::hasNewerLayout(const DRMigrateIPhoneBackupEntry& backup)
 {
-    return DRIPhoneBackupFiles::layoutOfBackup(backup.backupPath()) == DRIPhoneBackupFiles::Layout::Database;
+    return !DRIPhoneBackupFiles::isReadable(DRIPhoneBackupFiles::layoutOfBackup(backup.backupPath()));
 }
 
 /// With nothing chosen there is nothing to refuse: the closing page says that.

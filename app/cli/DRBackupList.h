@@ -14,7 +14,7 @@ struct DRListedBackup {
     DRIPhoneBackupFiles::Layout layout = DRIPhoneBackupFiles::Layout::Unknown;
 
     /// Whether it is offered and its files can be found, so that it can be taken without asking.
-    [[nodiscard]] bool isReadable() const { return reason.isNull() && layout != DRIPhoneBackupFiles::Layout::Database; }
+    [[nodiscard]] bool isReadable() const { return reason.isNull() && DRIPhoneBackupFiles::isReadable(layout); }
 };
 
 /// The backups of one folder as the command line shows them: the newest first, numbered from 1. Reads property lists

@@ -69,8 +69,7 @@ Layout layoutOfBackup(const QString& backupPath)
 QString folderOfFiles(const QString& backupPath)
 {
     const QString folder = QFileInfo(backupPath).canonicalFilePath();
-    const bool isReadable = !folder.isEmpty() && layoutOfBackup(folder) != Layout::Database;
-    return isReadable ? folder : QString();
+    return !folder.isEmpty() && isReadable(layoutOfBackup(folder)) ? folder : QString();
 }
 
 QString placeInFolder(const QString& folder, const QString& domainPath)

@@ -20,6 +20,12 @@ enum class Layout {
 
 [[nodiscard]] Layout layoutOfBackup(const QString& backupPath);
 
+/// Whether files can be found in a backup of this layout.
+[[nodiscard]] constexpr bool isReadable(Layout layout)
+{
+    return layout != Layout::Database;
+}
+
 /// The folder of the backup's files without links in its path; empty when it is not there or its layout is not read. For
 /// `placeInFolder`, when many files are looked for: the operations below find it anew each time.
 [[nodiscard]] QString folderOfFiles(const QString& backupPath);

@@ -191,6 +191,23 @@ private Q_SLOTS:
         QVERIFY(!f.sequence->gate().hasForgotten());
     }
 
+    void successWithLossesSaysSo()
+    {
+        GateFixture f;
+        f.route();
+        f.runToItsEnd();
+        QCOMPARE(f.closingStep().remarks(), QStringList());
+        for (const QString& what : {u"a"_s, u"b"_s, u"c"_s, u"d"_s}) {
+            f.script.losses[kNotes].push_back({what, u"torn"_s});
+        }
+        f.choose({kNotes});
+        f.sequence->gotoStepForKey(DRMGStepKeys::kTransfer);
+        f.runToItsEnd();
+        QCOMPARE(f.errorState(), 0);
+        QCOMPARE(f.closingStep().remarks(),
+                 (QStringList{u"incomplete"_s, u"a: torn"_s, u"b: torn"_s, u"c: torn"_s, u"d: torn"_s}));
+    }
+
     void whatDidNotReachThePhoneIsForgotten()
     {
         GateFixture f;

@@ -92,6 +92,22 @@ private Q_SLOTS:
         QCOMPARE(f.step().progressPhase(), Phase::BackUp);
     }
 
+    /// Who waits for the folder must not wait for ever.
+    void discardingComesToItsEnd()
+    {
+        Run f;
+        f.begin({kNotes});
+        f.lastTask().finishPackets();
+        f.step().discardWorkingFiles(); // has to wait for the load
+        f.sequence->gotoStepForKey(DRMGStepKeys::kWelcome);
+        QVERIFY(f.step().isDiscarding());
+        f.queue.runAll();
+        f.timers.advance(100ms);
+        QVERIFY(f.step().isDiscarding());
+        f.queue.runAll();
+        QVERIFY(!f.step().isDiscarding());
+    }
+
     void workingFilesGoOnceNothingUsesThem()
     {
         Run f;

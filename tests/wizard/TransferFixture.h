@@ -18,6 +18,7 @@ struct TransferFixture : WizardFixture {
         : WizardFixture(QStringLiteral("{\"IDD_STEPWIZ_TRANSFER_IDC_TIME_REMAINING\":\"about %s left\","
                                        "\"wizard_summary_phone_gone\":\"gone\","
                                        "\"wizard_layout_unreadable\":\"newer\","
+                                       "\"wizard_summary_incomplete\":\"incomplete\","
                                        "\"wizard_nothing_moves\":\"nothing moves\"}"))
     {
         using namespace DRMigrateKeys;

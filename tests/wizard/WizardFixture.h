@@ -28,8 +28,9 @@
 
 /// What the small data types of these tests do.
 struct DataTypeScript {
-    std::map<QString, DREntryList> iPhoneEntries; ///< by data-type key: what the iPhone side finds
-    QStringList failingSteps;                     ///< such as "load com.android.chrome", "save images"
+    std::map<QString, DREntryList> iPhoneEntries;                ///< by data-type key: what the iPhone side finds
+    std::map<QString, std::vector<DRMigrateSkippedItem>> losses; ///< the same: what it cannot read
+    QStringList failingSteps;                                    ///< such as "load com.android.chrome", "save images"
 };
 
 /// A data type whose steps succeed unless the script says otherwise. `Base` is a data type with or without files.
@@ -61,6 +62,9 @@ public:
     {
         const auto found = this->script().iPhoneEntries.find(this->dataTypeKey());
         this->setEntries(found == this->script().iPhoneEntries.end() ? DREntryList() : found->second);
+        if (const auto lost = this->script().losses.find(this->dataTypeKey()); lost != this->script().losses.end()) {
+            this->setReport({.skipped = lost->second});
+        }
         return this->succeeds("load ");
     }
 };

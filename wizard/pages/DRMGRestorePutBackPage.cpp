@@ -9,8 +9,6 @@
 
 #include <cmath>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 constexpr QSize kPictureSize{240, 150}; // in points

@@ -97,7 +97,7 @@ QString DRMGSequenceStepTransfer::phaseText() const
     if (isWaitingForPhone()) {
         return text(u"wizard_phase_waiting"_s);
     }
-    if (m_progressPhase == Phase::NotStarted && m_startTimer) {
+    if (m_progressPhase == Phase::NotStarted && isEarlierRunWorking()) {
         return text(u"wizard_phase_earlier_run"_s);
     }
     const auto* const found =

@@ -128,6 +128,7 @@ private:
 
     // Fetching the phone's packets.
     void begin();
+    [[nodiscard]] bool isEarlierRunWorking() const;
     void waitForPhone();
     void backupPackets();
     [[nodiscard]] std::shared_ptr<DRMigrateAndroidBackupEntry> makeAndroidEntry(const DRDCDevicePointer& device) const;

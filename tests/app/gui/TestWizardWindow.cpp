@@ -337,40 +337,6 @@ private Q_SLOTS:
         QCOMPARE(m_opened, QList<QUrl>{QUrl(run.migration->context().supportAddress)});
     }
 
-    void closingWhileATransferRuns_data()
-    {
-        const DRTestTable<int, QString> row("button", "endsOn"); // button: of the question
-        row("stop", 0, {});
-        row("continue", 1, DRMGStepKeys::kComplete);
-    }
-
-    void closingWhileATransferRuns()
-    {
-        QFETCH(int, button);
-        QFETCH(QString, endsOn);
-        const DRWizardPlaces places;
-        const DRWizardRun run(places);
-        auto& transfer = run.step<DRMGSequenceStepTransfer>(DRMGStepKeys::kTransfer);
-        bool hasAsked = false;
-        connect(&transfer, &DRMGSequenceStepTransfer::progressPhaseChanged, run.window.get(), [&] {
-            if (transfer.progressPhase() == Phase::Load) {
-                QVERIFY(!run.window->close());
-                auto* const question = run.window->findChild<QMessageBox*>();
-                if (question == nullptr) {
-                    QFAIL("nothing is asked");
-                }
-                QVERIFY(saveScreenshot(*question, u"close-question"_s));
-                hasAsked = true;
-                question->buttons().at(button)->click();
-            }
-        });
-        goToSelectData(run);
-        run.click(kNext);
-        QTRY_VERIFY_WITH_TIMEOUT(hasAsked, kLongest);
-        QTRY_COMPARE_WITH_TIMEOUT(run.pageKey(), endsOn, kLongest);
-        QCOMPARE(run.window->isVisible(), !endsOn.isEmpty());
-    }
-
 private:
     static void goToSelectData(const DRWizardRun& run)
     {
